@@ -1,0 +1,21 @@
+#pragma once
+
+#include <atomic>
+
+/// What every CoreFoundation object begins with: its reference count. Objects are handed out as
+/// pointers to this base, so that CFRetain and CFRelease serve all of them.
+class CFObject {
+public:
+    CFObject(const CFObject&) = delete;
+    CFObject& operator=(const CFObject&) = delete;
+
+    void Retain() const { fReferences.fetch_add(1, std::memory_order_relaxed); }
+    void Release() const;
+
+protected:
+    CFObject() = default;
+    virtual ~CFObject() = default;
+
+private:
+    mutable std::atomic<int> fReferences{1};
+};
