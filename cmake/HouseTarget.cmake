@@ -3,6 +3,12 @@
 
 option(KESTRIN_WARNINGS_AS_ERRORS "Treat every compiler warning as an error" OFF)
 
+option(KESTRIN_LINT "Run clang-tidy over every source file as it is compiled (needs clang)" OFF)
+if(KESTRIN_LINT)
+    find_program(CLANG_TIDY clang-tidy REQUIRED)
+    set(CMAKE_CXX_CLANG_TIDY ${CLANG_TIDY} --quiet)
+endif()
+
 add_library(house-options INTERFACE)
 target_compile_features(house-options INTERFACE cxx_std_20)
 target_include_directories(house-options INTERFACE
