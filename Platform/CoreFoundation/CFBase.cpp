@@ -2,19 +2,16 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-void CFObject::Release() const
-{
+void CFObject::Release() const {
     if (fReferences.fetch_sub(1, std::memory_order_acq_rel) == 1)
         delete this;
 }
 
-CFTypeRef CFRetain(CFTypeRef object)
-{
+CFTypeRef CFRetain(CFTypeRef object) {
     static_cast<const CFObject*>(object)->Retain();
     return object;
 }
 
-void CFRelease(CFTypeRef object)
-{
+void CFRelease(CFTypeRef object) {
     static_cast<const CFObject*>(object)->Release();
 }

@@ -9,8 +9,7 @@ namespace {
 constexpr int kFrameworkFault = -50;
 
 template <typename... Arguments>
-void Report(const char* format, Arguments... arguments)
-{
+void Report(const char* format, Arguments... arguments) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-security"
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -22,20 +21,17 @@ void Report(const char* format, Arguments... arguments)
 
 } // namespace
 
-void FailString(const char* errorType, const char* file, int line)
-{
+void FailString(const char* errorType, const char* file, int line) {
     Report("FailString %s at file:%s line:%d\n", errorType, file, line);
     throw kFrameworkFault;
 }
 
-void FailNILError(const char* file, int line)
-{
+void FailNILError(const char* file, int line) {
     Report("FailNIL, file:%s line:%d\n", file, line);
     throw kFrameworkFault;
 }
 
-void FailOSError(int status, const char* file, int line)
-{
+void FailOSError(int status, const char* file, int line) {
     Report("OSStatus error %08X, file:%s line:%d\n", static_cast<unsigned>(status), file, line);
     throw status;
 }

@@ -14,8 +14,7 @@ struct Outcome {
     std::string printed;
 };
 
-Outcome OutcomeOf(const std::function<void()>& fail)
-{
+Outcome OutcomeOf(const std::function<void()>& fail) {
     RecordingLog::Clear();
     CapturedOutput output;
     Outcome outcome;
@@ -28,9 +27,9 @@ Outcome OutcomeOf(const std::function<void()>& fail)
     return outcome;
 }
 
-TEST(Failure, PrintsLogsAndThrowsTheSameLine)
-{
-    const Outcome text = OutcomeOf([] { Kestrin::FailString("Kestrin", "Source/XML/XMLWriter", 125); });
+TEST(Failure, PrintsLogsAndThrowsTheSameLine) {
+    const Outcome text =
+        OutcomeOf([] { Kestrin::FailString("Kestrin", "Source/XML/XMLWriter", 125); });
     EXPECT_EQ(text.thrown, -50);
     EXPECT_EQ(text.printed, "FailString Kestrin at file:Source/XML/XMLWriter line:125\n");
     ASSERT_EQ(RecordingLog::Lines().size(), 1u);

@@ -6,27 +6,23 @@
 
 CapturedOutput::CapturedOutput(std::FILE* stream)
     : fStream(stream)
-    , fFile(std::tmpfile())
-{
+    , fFile(std::tmpfile()) {
     std::cout.flush();
     std::fflush(fStream);
     fSavedDescriptor = dup(fileno(fStream));
     dup2(fileno(fFile), fileno(fStream));
 }
 
-CapturedOutput::~CapturedOutput()
-{
+CapturedOutput::~CapturedOutput() {
     Restore();
 }
 
-const std::string& CapturedOutput::Text()
-{
+const std::string& CapturedOutput::Text() {
     Restore();
     return fText;
 }
 
-void CapturedOutput::Restore()
-{
+void CapturedOutput::Restore() {
     if (fFile == nullptr)
         return;
     std::cout.flush();

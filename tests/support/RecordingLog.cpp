@@ -7,26 +7,22 @@
 
 namespace {
 
-std::vector<std::string>& Store()
-{
+std::vector<std::string>& Store() {
     static std::vector<std::string> lines;
     return lines;
 }
 
 } // namespace
 
-const std::vector<std::string>& RecordingLog::Lines()
-{
+const std::vector<std::string>& RecordingLog::Lines() {
     return Store();
 }
 
-void RecordingLog::Clear()
-{
+void RecordingLog::Clear() {
     Store().clear();
 }
 
-void Log(const char* format, ...)
-{
+void Log(const char* format, ...) {
     char line[1024];
     va_list arguments;
     va_start(arguments, format);

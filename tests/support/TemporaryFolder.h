@@ -11,7 +11,9 @@ public:
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::filesystem::path& Path() const { return fPath; }
-    std::filesystem::path operator/(const std::filesystem::path& name) const { return fPath / name; }
+    std::filesystem::path operator/(const std::filesystem::path& name) const {
+        return fPath / name;
+    }
 
 private:
     std::filesystem::path fPath;
