@@ -1,0 +1,75 @@
+#pragma once
+
+// What the MIDI service offers beside its public names, for the tools that look after its database.
+
+#include <CoreMIDI/CoreMIDI.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// The database file: $KESTRIN_MIDI_DATABASE, else kestrin-midi/objects.sqlite3 under $XDG_DATA_HOME
+// (~/.local/share when unset). It is made, with its folders, at the first call.
+
+typedef SInt32 KestrinMIDIDatabaseState;
+enum {
+    kKestrinMIDIDatabaseReady = 0,
+    kKestrinMIDIDatabaseNoFolder =
+        1, ///< the folder isn't there and can't be made, or can't be used
+    kKestrinMIDIDatabaseReadOnly = 2,
+    kKestrinMIDIDatabaseDamaged = 3,
+    kKestrinMIDIDatabaseNewer = 4,   ///< written by a newer version of this library
+    kKestrinMIDIDatabaseForeign = 5, ///< a database of some other program
+    kKestrinMIDIDatabaseLocked = 6   ///< another process has kept it locked for too long
+};
+
+/// Whether the database can be used; opens it where that was not done yet.
+KestrinMIDIDatabaseState KestrinMIDIGetDatabaseState(void);
+
+/// The reason why the database can't be opened, one English sentence for a person, or null when all
+/// is well. The caller releases it.
+CFStringRef KestrinMIDICopyDatabaseProblem(void);
+
+/// Reads the whole file and looks for damage that opening it does not meet. Null when all is well,
+/// else what was found. The caller releases it.
+CFStringRef KestrinMIDICopyDatabaseDamage(void);
+
+/// The file that is used, whether it is there or not. The caller releases it.
+CFStringRef KestrinMIDICopyDatabasePath(void);
+
+typedef struct {
+    UInt32 objects;    ///< how many were saved
+    UInt32 properties; ///< how many were saved
+    UInt32 lost;       ///< objects and properties that were met but made no sense
+} KestrinMIDIRepairCounts;
+
+/// Sets a damaged file aside under a dated name beside it and saves what can be read of it into a
+/// new one. `outSavedAs` gets the name of the file set aside (the caller releases it); both results
+/// may be null. kMIDINotPermitted, and nothing touched, where the file is not damaged;
+/// kMIDIUnknownError where it can't be set aside.
+OSStatus KestrinMIDIRepairDatabase(CFStringRef* outSavedAs, KestrinMIDIRepairCounts* outCounts);
+
+// The sequencer that tells which devices are plugged in.
+
+typedef SInt32 KestrinMIDISequencerState;
+enum {
+    kKestrinMIDISequencerReady = 0,
+    kKestrinMIDISequencerMissing = 1,     ///< the machine has none
+    kKestrinMIDISequencerNotPermitted = 2 ///< the user may not open it
+};
+KestrinMIDISequencerState KestrinMIDIGetSequencerState(void);
+
+// An object's own properties by number, for listing them: the keys in alphabetical order, with
+// "uniqueID" only where it is asked for by name. An unknown object has none.
+
+ItemCount KestrinMIDIObjectGetNumberOfProperties(MIDIObjectRef object);
+/// Null where the index is out of range. The caller releases it.
+CFStringRef KestrinMIDIObjectCopyPropertyKey(MIDIObjectRef object, ItemCount index0);
+
+/// The programs' own endpoints that have no entity, plugged in or not, come after the devices.
+ItemCount KestrinMIDIGetNumberOfVirtualEndpoints(void);
+MIDIEndpointRef KestrinMIDIGetVirtualEndpoint(ItemCount index0);
+
+#ifdef __cplusplus
+}
+#endif
