@@ -1,0 +1,144 @@
+#pragma once
+
+#include "UI/Geometry.h"
+
+#include "Platform/UI/NativeView.h"
+
+#include <memory>
+#include <vector>
+
+class UString;
+
+namespace Kestrin {
+
+class DrawingContext;
+class View;
+
+/// What views need of the window they stand in.
+class WindowOfViews {
+public:
+    virtual bool IsKeyWindow() const = 0;
+    /// Takes a key that the focused view did not.
+    virtual void TakeKey(const UString& text, unsigned int modifiers, unsigned char keyCode) = 0;
+
+protected:
+    ~WindowOfViews() = default;
+};
+
+/// The framework's side of one native view. It keeps what belongs to the place on the screen rather
+/// than to the View: the tree, the frame, the flags and the opacity; and it brings native events to
+/// the hooks of the view that they are for. It is shared by the View and by events in flight, so
+/// that an event whose view goes meanwhile ends quietly.
+class ViewBridge final : public NativeViewClient, public std::enable_shared_from_this<ViewBridge> {
+public:
+    explicit ViewBridge(View& view);
+    ~ViewBridge();
+
+    /// Null once the view is gone.
+    View* GetView() const { return fKestrinView; }
+    NativeView& Native() const { return *fNative; }
+    DrawingContext& Context() const { return *fContext; }
+
+    /// Leaves the tree, sets the subviews free and forgets the view.
+    void Detach();
+
+    // Tree
+
+    void AddSubview(ViewBridge& child);
+    void RemoveFromSuperview();
+    ViewBridge* Superview() const { return fSuperview; }
+    const std::vector<ViewBridge*>& Subviews() const { return fSubviews; }
+    /// The window is set for a root; the views within find it there. Null for none.
+    void SetWindow(WindowOfViews* window) { fWindow = window; }
+    WindowOfViews* Window() const;
+
+    // Place. Frames are in the superview's coordinates.
+
+    void SetFrame(const Rect& frame);
+    const Rect& Frame() const { return fFrame; }
+    Point ToRoot(Point point) const;
+    Point FromRoot(Point point) const;
+    /// Whether a point of the view's own coordinates lies in it.
+    bool Contains(const Point& point) const;
+    /// The topmost shown view at a point of this view's own coordinates, down to the leaves; null
+    /// outside.
+    ViewBridge* HitTest(const Point& point);
+
+    // State
+
+    void SetHidden(bool hidden);
+    bool IsHidden() const { return fHidden; }
+    bool IsHiddenOrHasHiddenAncestor() const;
+    void SetEnabled(bool enabled);
+    bool IsEnabled() const { return fEnabled; }
+    void SetTabStop(bool tabStop);
+    void SetClickThrough(bool clickThrough) { fClickThrough = clickThrough; }
+    void SetMouseHidden(bool hidden);
+    void SetAlpha(float alpha);
+    /// The opacity of the view and of all views that it stands in.
+    float EffectiveAlpha() const;
+    /// Asks the view again which events it wants and whether it paints everything.
+    void RefreshFeatures();
+
+    // Events of the native view
+
+    void HandleMouseDown(const NativeMouseEvent& event) override;
+    void HandleMouseDragged(const NativeMouseEvent& event) override;
+    void HandleMouseUp(const NativeMouseEvent& event) override;
+    void HandlePressLost() override;
+    void HandleMouseMoved(const NativeMouseEvent& event) override;
+    void HandleMouseEntered(const NativeMouseEvent& event) override;
+    void HandleMouseExited(const NativeMouseEvent& event) override;
+    void HandleScrollWheel(const NativeMouseEvent& event) override;
+    bool HandleKeyDown(const NativeKeyEvent& event) override;
+    void HandleFirstResponderChanged(bool isFirstResponder) override;
+    void HandleAccessibilityPress() override;
+    void HandleDraw(CGContext& context) override;
+
+private:
+    /// What became of the press that the native view received.
+    struct Press {
+        bool lost = false;               ///< no release will come
+        bool dragged = false;            ///< the pointer moved since
+        std::weak_ptr<ViewBridge> taker; ///< the view whose DoClick was called, until its DoMouseUp
+    };
+
+    using Shared = std::shared_ptr<ViewBridge>;
+
+    Shared Self() { return shared_from_this(); }
+    ViewBridge& Root();
+    bool Supports(int feature) const;
+    Point PointIn(const ViewBridge& other, Point point) const;
+    Shared Beneath(const Point& point);
+    Shared ClickTaker(const Point& point);
+    void TakeFocus();
+    void Click(ViewBridge& taker, const NativeMouseEvent& event);
+    void AbandonPress();
+    void SendMouseUp(unsigned int modifiers);
+    void SendTrack(const Point& where, unsigned int modifiers);
+    void SendMousePosition(int info, const NativeMouseEvent& event);
+    void DispatchMouseMoved(const Point& point, unsigned int modifiers);
+    void TellVisibleStateChanged();
+
+    View* fKestrinView;
+    ViewBridge* fSuperview = nullptr;
+    std::vector<ViewBridge*> fSubviews;
+    WindowOfViews* fWindow = nullptr;
+    std::unique_ptr<NativeView> fNative;
+    std::unique_ptr<DrawingContext> fContext;
+    Rect fFrame;
+    CGPoint fMouseHidePoint{};
+    float fAlpha = 1.0f;
+    bool fHidden = false;
+    bool fEnabled = true;
+    bool fTabStop = false;
+    bool fClickThrough = false;
+    bool fMouseHidden = false;
+    bool fMouseDown = false;
+    Press fPress;
+};
+
+/// The bridge of a view, which has one for its whole life.
+ViewBridge& BridgeOf(const View& view);
+
+} // namespace Kestrin
