@@ -1,6 +1,8 @@
 #include "Platform/CoreFoundation/CFObject.h"
 
-#include <CoreFoundation/CoreFoundation.h>
+#include <CoreFoundation/CFBase.h>
+
+const CFAllocatorRef kCFAllocatorDefault = nullptr;
 
 void CFObject::Release() const {
     if (fReferences.fetch_sub(1, std::memory_order_acq_rel) == 1)
@@ -14,4 +16,8 @@ CFTypeRef CFRetain(CFTypeRef object) {
 
 void CFRelease(CFTypeRef object) {
     static_cast<const CFObject*>(object)->Release();
+}
+
+Boolean CFEqual(CFTypeRef first, CFTypeRef second) {
+    return static_cast<const CFObject*>(first)->Equals(*static_cast<const CFObject*>(second));
 }

@@ -12,6 +12,10 @@ public:
     void Retain() const { fReferences.fetch_add(1, std::memory_order_relaxed); }
     void Release() const;
 
+    /// Whether `other` is of this kind and of equal content. Without an override an object equals
+    /// itself only.
+    virtual bool Equals(const CFObject& other) const { return this == &other; }
+
 protected:
     CFObject() = default;
     virtual ~CFObject() = default;

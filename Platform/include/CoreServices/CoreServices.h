@@ -1,0 +1,6 @@
+#pragma once
+
+// The part of CoreServices that the system uses, with the meaning of its public documentation.
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/TextEncoding.h>
