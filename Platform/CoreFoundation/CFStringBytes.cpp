@@ -18,8 +18,8 @@ std::optional<CFStringUnits> UnitsOfASCII(std::span<const UInt8> bytes) {
 std::optional<CFStringUnits> UnitsOfUTF8(std::span<const UInt8> bytes) {
     CFStringUnits units;
     units.reserve(bytes.size());
-    const auto count = static_cast<std::int64_t>(bytes.size());
-    for (std::int64_t at = 0; at < count;) {
+    const auto count = static_cast<std::ptrdiff_t>(bytes.size());
+    for (std::ptrdiff_t at = 0; at < count;) {
         UChar32 character = 0;
         U8_NEXT(bytes, at, count, character);
         if (character < 0)

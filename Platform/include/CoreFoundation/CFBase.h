@@ -19,12 +19,10 @@ typedef UInt16 UniChar;
 typedef SInt32 OSStatus;
 typedef SInt16 OSErr;
 
-/// What calls that answer with a status return.
-enum {
-    noErr = 0,
-    /// A parameter that the call cannot work with.
-    paramErr = -50
-};
+/// Success, of a call that answers with a status.
+static const OSStatus noErr = 0;
+/// A parameter that the call cannot work with.
+static const OSStatus paramErr = -50;
 
 /// A file name of up to 255 UTF-16 units; those past `length` mean nothing.
 typedef struct HFSUniStr255 {

@@ -22,14 +22,12 @@ typedef UInt32 TextEncodingFormat;
 enum { kTextEncodingMacRoman = 0, kTextEncodingUnicodeDefault = 256 };
 enum { kTextEncodingDefaultVariant = 0, kTextEncodingDefaultFormat = 0 };
 
-enum {
-    /// No converter between these two encodings.
-    kTextUnsupportedEncodingErr = -8738,
-    /// The input ends within a character.
-    kTECPartialCharErr = -8753,
-    /// The output has no room for all of the input.
-    kTECOutputBufferFullStatus = -8785
-};
+/// No converter between these two encodings.
+static const OSStatus kTextUnsupportedEncodingErr = -8738;
+/// The input ends within a character.
+static const OSStatus kTECPartialCharErr = -8753;
+/// The output has no room for all of the input.
+static const OSStatus kTECOutputBufferFullStatus = -8785;
 
 typedef struct TextEncodingConverter* TECObjectRef;
 
