@@ -24,8 +24,9 @@ public:
 
         /// The user closes the window. It goes out of sight after this; it is not destroyed.
         virtual void WindowClosedNotification(Window* window) = 0;
-        /// A key that no view of the window took; see View::DoTextInput.
-        virtual void DoTextInput(const UString& text, unsigned int modifiers,
+        /// A key that no view of the window took; see View::DoTextInput. The answer is for a client
+        /// that is a view too, and so has one operation for both; nobody else asks for it.
+        virtual bool DoTextInput(const UString& text, unsigned int modifiers,
                                  unsigned char keyCode);
         /// The window became or stopped being the one that takes the keys.
         virtual void WindowActivationChanged(Window* window, bool active) = 0;
