@@ -7,8 +7,8 @@
 
 class CGPath;
 
-/// A surface that is drawn on: a view's during one draw event, or a bitmap's. Coordinates are points
-/// with y growing downward. Colour components run from 0 to 1 and are clamped to that.
+/// A surface that is drawn on: a view's during one draw event, or a bitmap's. Coordinates are
+/// points with y growing downward. Colour components run from 0 to 1 and are clamped to that.
 class CGContext {
 public:
     /// What the platform keeps; for the platform's own files.
@@ -28,10 +28,9 @@ public:
     void SetAlpha(double alpha);
     void SetRGBFillColor(double red, double green, double blue, double alpha);
     void SetRGBStrokeColor(double red, double green, double blue, double alpha);
-    /// A line of width 0 or less paints nothing.
+    /// Lines have no gaps and end flush with their last point; one of width 0 or less paints
+    /// nothing.
     void SetLineWidth(double width);
-    /// Lines end flush with their last point and have no gaps. (So they do from the start.)
-    void SetPlainLines();
 
     // Drawing. The extents of rectangles are not negative.
 

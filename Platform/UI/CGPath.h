@@ -5,7 +5,8 @@
 #include <memory>
 
 /// A path of straight segments and circular arcs, in the coordinates of the context that draws it.
-/// Segments and arcs that have no current point to start from are ignored, as is closing nothing.
+/// Segments that have no current point to start from are ignored, as are values that are not
+/// finite.
 class CGPath {
 public:
     CGPath();
@@ -18,8 +19,9 @@ public:
     void AddLineToPoint(double x, double y);
 
     /// Adds the arc that runs from `startAngle` to `endAngle` (radians; an angle a stands for the
-    /// point centre + radius × (cos a, sin a)), by falling angles when `clockwise`. A straight segment
-    /// leads to its start from the current point; without a current point the arc begins a subpath.
+    /// point centre + radius × (cos a, sin a)), by falling angles when `clockwise`. A straight
+    /// segment leads to its start from the current point; without a current point the arc begins a
+    /// subpath.
     void AddArc(CGPoint centre, double radius, double startAngle, double endAngle, bool clockwise);
 
     /// Closes the current subpath; what is added next starts at the point where that began.

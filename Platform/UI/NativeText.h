@@ -38,7 +38,8 @@ struct NativeTextStyle {
 /// Where a truncated line gives up its text.
 enum class NativeTruncation { kStart, kMiddle, kEnd };
 
-/// One line of laid-out text, any script and direction. It stays valid after its typesetter is gone.
+/// One line of laid-out text, any script and direction. It stays valid after its typesetter is
+/// gone.
 class NativeTextLine {
 public:
     /// Measures in points; the width counts trailing blanks.
@@ -52,15 +53,16 @@ public:
     virtual ~NativeTextLine() = default;
     virtual Bounds GetTypographicBounds() const = 0;
 
-    /// How far from the left the line starts when it is set within `width` points: at the left for a
-    /// factor of 0, centred for 0.5, at the right for 1. Trailing blanks do not count; a line wider
-    /// than `width` starts at 0.
+    /// How far from the left the line starts when it is set within `width` points: at the left for
+    /// a factor of 0, centred for 0.5, at the right for 1. Trailing blanks do not count; a line
+    /// wider than `width` starts at 0.
     virtual double GetPenOffsetForFlush(double factor, double width) const = 0;
 
     /// The line shortened to `width` points, the token's text in place of what was left out. A line
     /// that fits comes back whole; null when not even the token fits.
-    virtual std::unique_ptr<NativeTextLine> CreateTruncatedLine(
-        double width, NativeTruncation where, const NativeTextLine& token) const = 0;
+    virtual std::unique_ptr<NativeTextLine>
+    CreateTruncatedLine(double width, NativeTruncation where,
+                        const NativeTextLine& token) const = 0;
 
     /// Draws the line upright with the left end of its baseline at `origin`.
     virtual void Draw(CGContext& context, CGPoint origin) const = 0;
@@ -72,8 +74,8 @@ public:
     virtual ~NativeTypesetter() = default;
 
     /// How many units from `start` (less than the text's length) make a line of at most `width`
-    /// points: up to the end of a word, its blanks included, or behind a line end; within a word only
-    /// when that is longer than the whole line. At least one.
+    /// points: up to the end of a word, its blanks included, or behind a line end; within a word
+    /// only when that is longer than the whole line. At least one.
     virtual std::size_t SuggestLineBreak(std::size_t start, double width) const = 0;
 
     virtual std::unique_ptr<NativeTextLine> CreateLine(std::size_t start,

@@ -23,10 +23,10 @@ protected:
     ~NativeTextFieldClient() = default;
 };
 
-/// The platform's single-line text field, without frame and background, inside a native view. An edit
-/// begins when the field gets the keyboard focus and ends when the focus moves inside the window;
-/// another window, an alert or a menu in front leaves it going. Focus given to the host goes on to the
-/// field. Text is UTF-8.
+/// The platform's single-line text field, without frame and background, inside a native view. An
+/// edit begins when the field gets the keyboard focus and ends when the focus moves inside the
+/// window; another window, an alert or a menu in front leaves it going. Focus given to the host
+/// goes on to the field. Text is UTF-8.
 class NativeTextField {
 public:
     enum class Alignment { kLeft, kRight, kCenter };

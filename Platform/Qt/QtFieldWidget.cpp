@@ -1,0 +1,135 @@
+#include "Platform/Qt/QtFieldWidget.h"
+
+#include "Platform/Qt/QtEvents.h"
+#include "Platform/Qt/QtText.h"
+
+#include <QApplication>
+#include <QFocusEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <limits>
+
+namespace Kestrin {
+
+namespace {
+
+/// Whether the focus only seems to move: it comes back when the other window or the menu closes.
+bool IsTemporary(Qt::FocusReason reason) {
+    return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+           reason == Qt::MenuBarFocusReason;
+}
+
+/// Whether a key does nothing by itself.
+bool IsModifierKey(int key) {
+    return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
+           key == Qt::Key_Super_L || key == Qt::Key_Super_R || key == Qt::Key_Hyper_L ||
+           key == Qt::Key_Hyper_R ||
+           (key >= Qt::Key_Dead_Grave && key <= Qt::Key_Dead_Longsolidusoverlay);
+}
+
+} // namespace
+
+class QtFieldWidget::Running {
+public:
+    explicit Running(QtFieldWidget& widget)
+        : fWidget(widget) {
+        ++fWidget.fRunningEvents;
+    }
+    ~Running() {
+        if (--fWidget.fRunningEvents == 0 && !fWidget.fClient)
+            fWidget.deleteLater();
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+private:
+    QtFieldWidget& fWidget;
+};
+
+QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
+    : QLineEdit(parent)
+    , fClient(client) {
+    setFrame(false);
+    setMaxLength(std::numeric_limits<int>::max());
+    // Focus can move while the window is inactive; no event of the widget's own tells so.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        const Running running(*this);
+        if (now && now != this && now->window() == window())
+            EndEditing();
+    });
+}
+
+void QtFieldWidget::LeaveField() {
+    fClient = nullptr;
+    disconnect(qApp, nullptr, this, nullptr);
+    hide();
+    setParent(nullptr);
+    if (fRunningEvents == 0)
+        deleteLater();
+}
+
+bool QtFieldWidget::event(QEvent* event) {
+    const Running running(*this);
+    if (event->type() == QEvent::KeyPress)
+        return HandleKeyPress(static_cast<QKeyEvent&>(*event));
+    return QLineEdit::event(event);
+}
+
+bool QtFieldWidget::LetsThrough(const NativeKeyEvent& event) {
+    return fClient && fClient->HandleFieldKeyDown(event) && fClient;
+}
+
+bool QtFieldWidget::HandleKeyPress(QKeyEvent& event) {
+    if (IsModifierKey(event.key()))
+        return QLineEdit::event(&event);
+    if (LetsThrough(NativeKeyEventOf(event)))
+        QLineEdit::event(&event);
+    // The field is where a key ends: one without a meaning here has none for the views around it.
+    event.accept();
+    return true;
+}
+
+void QtFieldWidget::inputMethodEvent(QInputMethodEvent* event) {
+    if (event->commitString().isEmpty()) {
+        QLineEdit::inputMethodEvent(event);
+        return;
+    }
+    NativeKeyEvent typed;
+    typed.characters = ToUtf8(event->commitString());
+    typed.charactersIgnoringModifiers = ToUtf16(event->commitString());
+    if (LetsThrough(typed)) {
+        QLineEdit::inputMethodEvent(event);
+        return;
+    }
+    QInputMethodEvent rest(event->preeditString(), event->attributes());
+    QLineEdit::inputMethodEvent(&rest);
+}
+
+void QtFieldWidget::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    if (event->reason() == Qt::OtherFocusReason)
+        selectAll();
+    BeginEditing();
+}
+
+void QtFieldWidget::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    if (!IsTemporary(event->reason()))
+        EndEditing();
+}
+
+void QtFieldWidget::BeginEditing() {
+    if (fEditing || !fClient)
+        return;
+    fEditing = true;
+    fClient->HandleFieldEditingBegan();
+}
+
+void QtFieldWidget::EndEditing() {
+    if (!fEditing || !fClient)
+        return;
+    fEditing = false;
+    fClient->HandleFieldEditingEnded();
+}
+
+} // namespace Kestrin
