@@ -28,7 +28,7 @@ public:
     CurrentEventScope(const CurrentEventScope&) = delete;
     CurrentEventScope& operator=(const CurrentEventScope&) = delete;
 
-    std::shared_ptr<ViewBridge> Bridge() const { return fBridge; }
+    ViewBridge& Bridge() const { return *fBridge; }
     const NativeMouseEvent* MouseDown() const { return fMouseDown; }
 
     static const CurrentEventScope* Innermost();

@@ -1,0 +1,105 @@
+#include "Platform/UI/NativeWindow.h"
+
+#include "Platform/Qt/QtText.h"
+#include "Platform/Qt/QtWidgets.h"
+#include "Platform/UI/NativeApplication.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace Kestrin {
+
+struct NativeWindow::Data {
+    Data(NativeWindowClient& client, unsigned style, QSize contentSize)
+        : widget(new QtWindow(client, style, contentSize)) {}
+
+    QtWindow* widget;
+};
+
+namespace {
+
+std::unique_ptr<NativeWindow::Data> MakeData(NativeWindowClient& client, unsigned style,
+                                             const CGSize& size) {
+    NativeApplication::Shared();
+    const QSize contentSize(static_cast<int>(size.width), static_cast<int>(size.height));
+    return std::make_unique<NativeWindow::Data>(client, style, contentSize);
+}
+
+CGRect OnScreen(const QWidget& window, const QRect& global) {
+    const QPoint origin = QGuiApplication::platformName().startsWith("wayland")
+                              ? QPoint()
+                              : global.topLeft() - QPoint(0, window.screen()->geometry().top());
+    return {{static_cast<double>(origin.x()), static_cast<double>(origin.y())},
+            {static_cast<double>(global.width()), static_cast<double>(global.height())}};
+}
+
+} // namespace
+
+NativeWindow::NativeWindow(NativeWindowClient& client, unsigned style, const CGSize& contentSize)
+    : fData(MakeData(client, style, contentSize)) {}
+
+NativeWindow::~NativeWindow() {
+    QtWindow* const widget = fData->widget;
+    widget->ForgetClient();
+    widget->hide();
+    const QObjectList children = widget->Content().children();
+    for (QObject* child : children) {
+        if (auto* view = dynamic_cast<QtView*>(child))
+            view->SetSuperview(nullptr);
+    }
+    widget->RetireSafely();
+}
+
+void NativeWindow::SetTitle(const std::string& title) {
+    fData->widget->setWindowTitle(ToQString(title));
+}
+
+void NativeWindow::SetContentView(NativeView& view) {
+    static_cast<QtView*>(WidgetOf(view))->SetSuperview(&fData->widget->Content());
+}
+
+void NativeWindow::Center() {
+    QtWindow* const widget = fData->widget;
+    const QRect room = widget->screen()->availableGeometry();
+    widget->move(room.center() - QPoint(widget->width() / 2, widget->height() / 2));
+}
+
+void NativeWindow::MakeKeyAndOrderFront() {
+    QtWindow* const widget = fData->widget;
+    const QPointer<QtWindow> guard = widget;
+    if (widget->isMinimized())
+        widget->showNormal();
+    else
+        widget->show();
+    if (!guard || !guard->isVisible())
+        return;
+    widget->raise();
+    widget->activateWindow();
+}
+
+void NativeWindow::OrderOut() {
+    fData->widget->hide();
+}
+
+bool NativeWindow::IsKey() const {
+    return fData->widget->isActiveWindow();
+}
+
+bool NativeWindow::IsVisible() const {
+    return fData->widget->isVisible();
+}
+
+CGRect NativeWindow::ContentFrame() const {
+    QWidget& content = fData->widget->Content();
+    return OnScreen(content, QRect(content.mapToGlobal(QPoint(0, 0)), content.size()));
+}
+
+CGRect NativeWindow::Frame() const {
+    return OnScreen(*fData->widget, fData->widget->frameGeometry());
+}
+
+QWidget* WidgetOf(const NativeWindow& window) {
+    return window.GetData().widget;
+}
+
+} // namespace Kestrin

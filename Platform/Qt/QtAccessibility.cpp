@@ -1,0 +1,74 @@
+#include "Platform/Qt/QtWidgets.h"
+
+#include <QAccessibleWidget>
+
+namespace Kestrin {
+
+namespace {
+
+QAccessible::Role RoleOf(AccessibleRole role) {
+    switch (role) {
+    case AccessibleRole::kButton:
+        return QAccessible::PushButton;
+    case AccessibleRole::kPopUpButton:
+        return QAccessible::ButtonMenu;
+    case AccessibleRole::kStaticText:
+        return QAccessible::StaticText;
+    case AccessibleRole::kTextField:
+        return QAccessible::EditableText;
+    case AccessibleRole::kGroup:
+        return QAccessible::Grouping;
+    case AccessibleRole::kNone:
+        break;
+    }
+    return QAccessible::Client;
+}
+
+bool CanBePressed(AccessibleRole role) {
+    return role == AccessibleRole::kButton || role == AccessibleRole::kPopUpButton;
+}
+
+/// How a view looks to assistive technologies.
+class AccessibleView final : public QAccessibleWidget {
+public:
+    explicit AccessibleView(QtView& view)
+        : QAccessibleWidget(&view)
+        , fView(view) {}
+
+    QAccessible::Role role() const override { return RoleOf(fView.GetAccessibleRole()); }
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? fView.AccessibleValue() : QAccessibleWidget::text(kind);
+    }
+
+    QStringList actionNames() const override {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (CanBePressed(fView.GetAccessibleRole()) && fView.isEnabled())
+            names.prepend(pressAction());
+        return names;
+    }
+
+    void doAction(const QString& name) override {
+        if (name == pressAction() && fView.Client())
+            fView.Client()->HandleAccessibilityPress();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    QtView& fView;
+};
+
+QAccessibleInterface* AccessibleOf(const QString&, QObject* object) {
+    auto* view = dynamic_cast<QtView*>(object);
+    return view ? new AccessibleView(*view) : nullptr;
+}
+
+} // namespace
+
+void InstallViewAccessibility() {
+    static const bool sInstalled = (QAccessible::installFactory(AccessibleOf), true);
+    static_cast<void>(sInstalled);
+}
+
+} // namespace Kestrin

@@ -1,0 +1,228 @@
+#include "Platform/Qt/QtEvents.h"
+#include "Platform/Qt/QtGraphics.h"
+#include "Platform/Qt/QtWidgets.h"
+
+#include <QAccessible>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <cmath>
+
+namespace Kestrin {
+
+namespace {
+
+QPointer<QtView> sPressed;
+
+bool IsButtonDown() {
+    return QGuiApplication::mouseButtons() & Qt::LeftButton;
+}
+
+bool IsTab(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+}
+
+} // namespace
+
+QtView::QtView(NativeViewClient& client)
+    : QtEventTarget(nullptr)
+    , fClient(&client) {
+    InstallViewAccessibility();
+    setMouseTracking(true);
+}
+
+// Place
+
+void QtView::SetSuperview(QWidget* superview) {
+    if (superview == parentWidget())
+        return;
+    QtWindow* const window = WindowOf(*this);
+    // Left to the toolkit, the focus would go on to the next control.
+    if (window && (window->focusWidget() == this || isAncestorOf(window->focusWidget())))
+        window->setFocus();
+    setParent(superview);
+    PlaceWidget();
+    setVisible(superview && !fHidden);
+    if (window)
+        window->NoteFirstResponder();
+}
+
+void QtView::SetFrame(const CGRect& frame) {
+    fFrame = frame;
+    PlaceWidget();
+}
+
+/// The widget covers every point that the frame touches; what lies between the two is the fraction.
+void QtView::PlaceWidget() {
+    const auto* superview = dynamic_cast<const QtView*>(parentWidget());
+    const QPointF base = superview ? superview->fFraction : QPointF();
+    const QPointF origin = base + QPointF(fFrame.origin.x, fFrame.origin.y);
+    const QPointF corner = origin + QPointF(fFrame.size.width, fFrame.size.height);
+    const QPoint topLeft(static_cast<int>(std::floor(origin.x())),
+                         static_cast<int>(std::floor(origin.y())));
+    const QPoint bottomRight(static_cast<int>(std::ceil(corner.x())),
+                             static_cast<int>(std::ceil(corner.y())));
+    const bool shows = fFrame.size.width > 0 && fFrame.size.height > 0;
+    setGeometry(
+        QRect(topLeft, shows ? QSize(bottomRight.x() - topLeft.x(), bottomRight.y() - topLeft.y())
+                             : QSize(0, 0)));
+    const QPointF fraction = origin - topLeft;
+    if (fraction == fFraction)
+        return;
+    fFraction = fraction;
+    for (QObject* child : children()) {
+        if (auto* view = dynamic_cast<QtView*>(child))
+            view->PlaceWidget();
+    }
+}
+
+void QtView::SetHidden(bool hidden) {
+    fHidden = hidden;
+    setVisible(parentWidget() && !hidden);
+    if (QtWindow* window = WindowOf(*this))
+        window->NoteFirstResponder();
+}
+
+// Drawing
+
+void QtView::paintEvent(QPaintEvent*) {
+    if (!fClient)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(fFraction);
+    painter.setClipRect(QRectF(0, 0, fFrame.size.width, fFrame.size.height), Qt::IntersectClip);
+    CGContext context = ContextOver(painter);
+    fClient->HandleDraw(context);
+}
+
+// Pointer
+
+NativeMouseEvent QtView::MouseEventAt(QPointF position, Qt::KeyboardModifiers modifiers) const {
+    NativeMouseEvent event;
+    const QPointF where = position - fFraction;
+    event.where = {where.x(), where.y()};
+    event.modifierFlags = NativeModifiersOf(modifiers);
+    return event;
+}
+
+void QtView::mousePressEvent(QMouseEvent* event) {
+    Press(*event, 1);
+}
+
+void QtView::mouseDoubleClickEvent(QMouseEvent* event) {
+    Press(*event, 2);
+}
+
+void QtView::Press(const QMouseEvent& event, int clickCount) {
+    if (!fClient || event.button() != Qt::LeftButton)
+        return;
+    NativeMouseEvent press = MouseEventAt(event.position(), event.modifiers());
+    press.clickCount = clickCount;
+    fPressed = true;
+    sPressed = this;
+    fClient->HandleMouseDown(press);
+    // A menu or another window took the release while the press was handled.
+    if (!IsButtonDown())
+        LosePress();
+}
+
+void QtView::LosePress() {
+    if (std::exchange(fPressed, false) && fClient)
+        fClient->HandlePressLost();
+}
+
+QtView* QtView::Pressed() {
+    return sPressed && sPressed->fPressed ? sPressed.data() : nullptr;
+}
+
+void QtView::mouseMoveEvent(QMouseEvent* event) {
+    const NativeMouseEvent move = MouseEventAt(event->position(), event->modifiers());
+    const bool held = event->buttons() & Qt::LeftButton;
+    if (!held)
+        LosePress();
+    if (!fClient)
+        return;
+    if (held && fPressed)
+        fClient->HandleMouseDragged(move);
+    else
+        fClient->HandleMouseMoved(move);
+}
+
+void QtView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && std::exchange(fPressed, false) && fClient)
+        fClient->HandleMouseUp(MouseEventAt(event->position(), event->modifiers()));
+}
+
+void QtView::enterEvent(QEnterEvent* event) {
+    if (fTracksMouse && fClient)
+        fClient->HandleMouseEntered(MouseEventAt(event->position(), event->modifiers()));
+}
+
+void QtView::leaveEvent(QEvent*) {
+    if (fTracksMouse && fClient)
+        fClient->HandleMouseExited(MouseEventAt(mapFromGlobal(QPointF(QCursor::pos())),
+                                                QGuiApplication::keyboardModifiers()));
+}
+
+void QtView::wheelEvent(QWheelEvent* event) {
+    if (!fClient)
+        return;
+    constexpr double kNotch = QWheelEvent::DefaultDeltasPerStep;
+    NativeMouseEvent wheel = MouseEventAt(event->position(), event->modifiers());
+    wheel.deltaX = event->angleDelta().x() / kNotch;
+    wheel.deltaY = event->angleDelta().y() / kNotch;
+    fClient->HandleScrollWheel(wheel);
+}
+
+void QtView::hideEvent(QHideEvent*) {
+    LosePress();
+}
+
+// Keys and focus
+
+bool QtView::HandleEvent(QEvent& event) {
+    if (event.type() == QEvent::KeyPress)
+        return HandleKey(static_cast<QKeyEvent&>(event));
+    return QtEventTarget::HandleEvent(event);
+}
+
+/// Keys that a widget inside the view ignored pass through to the window.
+bool QtView::HandleKey(QKeyEvent& event) {
+    const bool isTarget = fClient && window()->focusWidget() == this;
+    event.setAccepted(isTarget);
+    if (isTarget && !fClient->HandleKeyDown(NativeKeyEventOf(event)) && IsTab(event))
+        focusNextPrevChild(event.key() == Qt::Key_Tab && !(event.modifiers() & Qt::ShiftModifier));
+    return isTarget;
+}
+
+void QtView::focusInEvent(QFocusEvent*) {
+    if (QtWindow* window = WindowOf(*this))
+        window->NoteFirstResponder();
+}
+
+void QtView::focusOutEvent(QFocusEvent* event) {
+    focusInEvent(event);
+}
+
+void QtView::SetFirstResponder(bool first) {
+    if (std::exchange(fIsFirstResponder, first) != first && fClient)
+        fClient->HandleFirstResponderChanged(first);
+}
+
+// Accessibility
+
+void QtView::SetAccessibility(AccessibleRole role, const QString& name) {
+    fRole = role;
+    setAccessibleName(name);
+}
+
+void QtView::SetAccessibleValue(const QString& value) {
+    fValue = value;
+    QAccessibleValueChangeEvent event(this, value);
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace Kestrin
