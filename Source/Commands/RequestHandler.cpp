@@ -1,6 +1,7 @@
 #include "Commands/RequestHandler.h"
 
 #include "Commands/ChainOfCommand.h"
+#include "Commands/HandlerReference.h"
 
 #include <cstdio>
 
@@ -32,6 +33,7 @@ RequestHandler::RequestHandler(RequestHandler* successor) {
 }
 
 RequestHandler::~RequestHandler() {
+    HandlerReference::Forget(this);
     ChainOfCommand& chain = *ChainOfCommand::Instance();
     if (chain.IsInChain(this))
         chain.SetGopher(fSuccessor);
