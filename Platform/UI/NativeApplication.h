@@ -44,6 +44,7 @@ public:
 
     /// `name` is what a person reads, `identifier` the base name of the program's desktop entry.
     void SetName(const std::string& name, const std::string& identifier);
+    const std::string& Name() const;
 
     /// Makes `delegate` the receiver of the events above, null for none; it is not owned. While
     /// there is one, the signals that ask for the end are its QuitRequested (of each kind the
@@ -51,7 +52,9 @@ public:
     /// before. A new delegate begins a new program: an earlier Terminate is forgotten.
     void SetDelegate(NativeApplicationDelegate* delegate);
 
-    /// Runs the event loop until Terminate; returns at once when that was called before.
+    /// Runs the event loop until Terminate; returns at once when that was called before. An
+    /// exception that escapes from the handling of an event ends the loop, and an alert or pop-up
+    /// that is open, and goes on to the caller.
     void Run();
 
     /// Runs the event loop for that time, or until Terminate; 0 handles what is due now.
@@ -61,8 +64,8 @@ public:
     void Terminate();
     bool IsTerminating() const;
 
-    /// The menus of the whole program.
-    NativeMenu& MainMenu();
+    /// The menus of the whole program. They need no connection.
+    static NativeMenu& MainMenu();
 
 private:
     NativeApplication();

@@ -23,8 +23,7 @@ class NativeMenuTarget {
 public:
     virtual ~NativeMenuTarget() = default;
 
-    /// `sender` was chosen. Called while the menu's tracking is still in progress for its caller: a
-    /// pop-up reports the choice before PopUp returns.
+    /// `sender` was chosen. The menu is closed by then.
     virtual void DoMenu(const NativeMenuItem& sender) = 0;
 
     /// Whether `item` of a menu that enables its items automatically can be chosen now.
@@ -33,11 +32,14 @@ public:
 
 /// One line of a menu. Texts are UTF-16 and shown literally: nothing in them is a mnemonic or a
 /// shortcut, and control characters show as blanks.
-class NativeMenuItem {
+class NativeMenuItem : public std::enable_shared_from_this<NativeMenuItem> {
 public:
     explicit NativeMenuItem(std::u16string title);
-    NativeMenuItem(const NativeMenuItem&) = default;
+    virtual ~NativeMenuItem() = default;
     NativeMenuItem& operator=(const NativeMenuItem&) = delete;
+
+    /// An item of the same kind; the represented object and the submenu are shared.
+    virtual std::shared_ptr<NativeMenuItem> Copy() const;
 
     const std::u16string& Title() const { return fTitle; }
 
@@ -63,6 +65,9 @@ public:
     const std::shared_ptr<NativeMenu>& Submenu() const { return fSubmenu; }
     void SetSubmenu(std::shared_ptr<NativeMenu> submenu);
 
+protected:
+    NativeMenuItem(const NativeMenuItem&) = default;
+
 private:
     std::u16string fTitle;
     std::uint32_t fTag = 0;
@@ -73,15 +78,15 @@ private:
     std::shared_ptr<NativeMenu> fSubmenu;
 };
 
-/// A menu: a row of items that can be shown as a pop-up. It is shared by all who hold it and needs no
-/// display until it is shown. Items are addressed from 0; indices are not checked.
+/// A menu: a row of items that can be shown as a pop-up. It is shared by all who hold it and needs
+/// no display until it is shown. Items are addressed from 0; indices are not checked.
 class NativeMenu {
 public:
     NativeMenu();
     virtual ~NativeMenu();
     NativeMenu& operator=(const NativeMenu&) = delete;
 
-    /// A menu of the same kind with copies of the items; represented objects and submenus are shared.
+    /// A menu of the same kind with copies of the items.
     virtual std::shared_ptr<NativeMenu> Copy() const;
 
     // Items
@@ -100,12 +105,11 @@ public:
     // Tracking
 
     /// Shows the menu over `view` and waits until it closes; a choice goes to the item's target
-    /// before this returns. The item of index `item` stands with its top left corner at `where`, in the
-    /// view's own coordinates, as far as the screen allows; with -1 the menu's own corner does. The
-    /// menu, the view and its window may all be destroyed while it is open: it then closes, and
+    /// before this returns. The item of index `item` stands with its top left corner at `where`, in
+    /// the view's own coordinates, as far as the screen allows; with -1 the menu's own corner does.
+    /// The menu, the view and its window may all be destroyed while it is open: it then closes, and
     /// nothing is chosen.
-    static void PopUp(const std::shared_ptr<NativeMenu>& menu, const NativeView& view, CGPoint where,
-        int item);
+    void PopUp(const NativeView& view, CGPoint where, int item);
 
 protected:
     NativeMenu(const NativeMenu& other);

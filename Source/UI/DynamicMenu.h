@@ -81,11 +81,14 @@ public:
     void ItemSelected(DynamicMenu* menu, unsigned short item, unsigned int value) override;
 
 private:
+    class BorrowedChain;
+
     bool IsItem(unsigned short item) const;
     unsigned short FindItemByCommand(const CommandSpecifier& command) const;
     unsigned short FindItemByValue(unsigned int value) const;
     void CheckItem(unsigned short item);
     void MakeCurrent(unsigned short item);
+    bool OfferToSubMenus(const CommandSpecifier& command);
     void TellListeners(unsigned short item);
 
     OSMenuHandle fMenu;
@@ -94,7 +97,8 @@ private:
     unsigned short fCurrentItem = 0;
     unsigned int fCurrentValue = 0;
     bool fNoCurrentItem = false;
-    std::shared_ptr<const DynamicMenu* const> fAlive;
+    /// Expires with the menu; what calls listeners asks it.
+    std::shared_ptr<const bool> fAlive = std::make_shared<bool>(true);
 
     static CommandIDPool sCmdIDPool;
     static unsigned int sLiveMenus;

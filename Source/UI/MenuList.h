@@ -20,6 +20,9 @@ private:
 
     MenuList() = default;
 
+    std::list<OSMenuHandle>::iterator Find(short menuID);
+    std::list<OSMenuHandle>::iterator PlaceBefore(short menuID);
+
     std::list<OSMenuHandle> fMenus;
 };
 

@@ -1,0 +1,87 @@
+#include "Platform/UI/NativeMenu.h"
+
+#include "Platform/Qt/QtPopUp.h"
+
+#include <utility>
+#include <vector>
+
+namespace Kestrin {
+
+NativeMenuItem::NativeMenuItem(std::u16string title)
+    : fTitle(std::move(title)) {}
+
+std::shared_ptr<NativeMenuItem> NativeMenuItem::Copy() const {
+    return std::shared_ptr<NativeMenuItem>(new NativeMenuItem(*this));
+}
+
+void NativeMenuItem::SetRepresentedObject(std::shared_ptr<NativeObject> object) {
+    fRepresentedObject = std::move(object);
+}
+
+void NativeMenuItem::SetSubmenu(std::shared_ptr<NativeMenu> submenu) {
+    fSubmenu = std::move(submenu);
+}
+
+struct NativeMenu::Data {
+    std::vector<std::shared_ptr<NativeMenuItem>> items;
+    bool autoenablesItems = true;
+    OpenPopUp shown;
+};
+
+NativeMenu::NativeMenu()
+    : fData(std::make_unique<Data>()) {}
+
+NativeMenu::NativeMenu(const NativeMenu& other)
+    : NativeMenu() {
+    fData->autoenablesItems = other.fData->autoenablesItems;
+    for (const auto& item : other.fData->items)
+        fData->items.push_back(item->Copy());
+}
+
+NativeMenu::~NativeMenu() = default;
+
+std::shared_ptr<NativeMenu> NativeMenu::Copy() const {
+    return std::shared_ptr<NativeMenu>(new NativeMenu(*this));
+}
+
+int NativeMenu::NumberOfItems() const {
+    return static_cast<int>(fData->items.size());
+}
+
+NativeMenuItem& NativeMenu::ItemAt(int index) {
+    return *fData->items[static_cast<std::size_t>(index)];
+}
+
+const NativeMenuItem& NativeMenu::ItemAt(int index) const {
+    return *fData->items[static_cast<std::size_t>(index)];
+}
+
+void NativeMenu::AddItem(std::unique_ptr<NativeMenuItem> item) {
+    fData->items.push_back(std::move(item));
+}
+
+void NativeMenu::InsertItem(std::unique_ptr<NativeMenuItem> item, int index) {
+    fData->items.insert(fData->items.begin() + index, std::move(item));
+}
+
+void NativeMenu::RemoveItem(int index) {
+    fData->items.erase(fData->items.begin() + index);
+}
+
+bool NativeMenu::AutoenablesItems() const {
+    return fData->autoenablesItems;
+}
+
+void NativeMenu::SetAutoenablesItems(bool automatic) {
+    fData->autoenablesItems = automatic;
+}
+
+void NativeMenu::PopUp(const NativeView& view, CGPoint where, int item) {
+    // This object and the item may go while the pop-up is open: neither is touched behind it.
+    const std::weak_ptr<const NativeMenuItem> chosen =
+        TrackPopUp(*this, view, where, item, fData->shown);
+    if (const auto sender = chosen.lock(); sender && sender->Target() != nullptr)
+        sender->Target()->DoMenu(*sender);
+}
+
+} // namespace Kestrin

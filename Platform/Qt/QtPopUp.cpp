@@ -1,0 +1,159 @@
+#include "Platform/Qt/QtPopUp.h"
+
+#include "Platform/Qt/QtApplication.h"
+#include "Platform/Qt/QtText.h"
+#include "Platform/Qt/QtTypeAhead.h"
+#include "Platform/Qt/QtView.h"
+#include "Platform/UI/NativeApplication.h"
+#include "Platform/UI/NativeMenu.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <algorithm>
+#include <vector>
+
+namespace Kestrin {
+
+namespace {
+
+using WeakItem = std::weak_ptr<const NativeMenuItem>;
+
+/// Control characters would break the line or begin a column of shortcuts.
+QString OneLine(QString title) {
+    for (QChar& c : title)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = QChar::Space;
+    return title;
+}
+
+QString WithoutMnemonics(QString text) {
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+/// The widget of an open menu. It is made for one opening from what the menu holds then.
+class PopUpWidget : public QMenu {
+public:
+    PopUpWidget(const NativeMenu& menu, QWidget* parent)
+        : QMenu(parent) {
+        for (int i = 0; i < menu.NumberOfItems(); ++i)
+            Add(menu.ItemAt(i), menu.AutoenablesItems());
+        ElideLongTexts();
+    }
+
+    /// Shows it with the corner of the item at `index` (-1: its own) at `where` and waits; the
+    /// action chosen, here or in a submenu, or null.
+    QAction* Track(QPoint where, int index) {
+        fFirst = index >= 0 && index < actions().size() ? actions()[index] : nullptr;
+        if (fFirst != nullptr)
+            where.ry() -= actionGeometry(actions().front()).top(); // the menu's own upper margin
+        return exec(where, fFirst);
+    }
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        QMenu::showEvent(event);
+        if (fFirst != nullptr)
+            setActiveAction(fFirst);
+    }
+
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!TakesAsText(*event))
+            return QMenu::keyPressEvent(event);
+        const int found = fTypeAhead.Type(event->text(), SelectableTitles(),
+                                          static_cast<int>(actions().indexOf(activeAction())));
+        if (found >= 0)
+            setActiveAction(actions()[found]);
+    }
+
+    /// Of the window that the menu belongs to: a menu does not stay behind alone.
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Hide || event->type() == QEvent::Close)
+            close();
+        return false;
+    }
+
+private:
+    void Add(const NativeMenuItem& item, bool autoenables) {
+        fTitles << ToQString(item.Title());
+        QAction* action = addAction(QString());
+        action->setMenuRole(QAction::NoRole);
+        action->setData(QVariant::fromValue(item.weak_from_this()));
+        // The toolkit draws an empty box beside a checkable item that is not checked.
+        action->setCheckable(item.IsOn());
+        action->setChecked(item.IsOn());
+        action->setEnabled(autoenables && item.Target() != nullptr
+                               ? item.Target()->ValidateMenuItem(item)
+                               : item.IsEnabled());
+        if (item.Submenu() != nullptr)
+            action->setMenu(new PopUpWidget(*item.Submenu(), this));
+    }
+
+    void ElideLongTexts() {
+        const int available = screen()->availableGeometry().width();
+        const int widest = SetTexts(available);
+        if (const int excess = sizeHint().width() - available; excess > 0)
+            SetTexts(widest - excess);
+    }
+
+    /// Returns the width of the widest text.
+    int SetTexts(int limit) {
+        int widest = 0;
+        for (int i = 0; i < actions().size(); ++i) {
+            const QString text =
+                fontMetrics().elidedText(OneLine(fTitles[i]), Qt::ElideRight, limit);
+            actions()[i]->setText(WithoutMnemonics(text));
+            widest = std::max(widest, fontMetrics().horizontalAdvance(text));
+        }
+        return widest;
+    }
+
+    bool TakesAsText(const QKeyEvent& event) const {
+        const auto others = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+        if ((event.modifiers() & others) != 0 || event.text().isEmpty() ||
+            !event.text()[0].isPrint())
+            return false;
+        return event.key() != Qt::Key_Space || fTypeAhead.IsGoingOn();
+    }
+
+    QStringList SelectableTitles() const {
+        QStringList titles = fTitles;
+        for (int i = 0; i < actions().size(); ++i)
+            if (!actions()[i]->isEnabled())
+                titles[i].clear();
+        return titles;
+    }
+
+    QStringList fTitles;
+    QAction* fFirst = nullptr;
+    TypeAhead fTypeAhead;
+};
+
+} // namespace
+
+OpenPopUp::~OpenPopUp() {
+    if (fWidget)
+        fWidget->close();
+}
+
+WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int item,
+                    OpenPopUp& shown) {
+    WeakItem chosen;
+    if (NativeApplication::Shared().IsTerminating())
+        return chosen;
+    QWidget* parent = WidgetOf(view);
+    const QPointer<PopUpWidget> widget = new PopUpWidget(menu, parent);
+    parent->window()->installEventFilter(widget);
+    shown.fWidget = widget;
+    const QAction* action =
+        widget->Track(parent->mapToGlobal(QPointF(where.x, where.y)).toPoint(), item);
+    // The chosen action is part of the widget, which goes with its parent.
+    if (widget && action != nullptr)
+        chosen = action->data().value<WeakItem>();
+    delete widget.data();
+    RethrowEventFailure();
+    return chosen;
+}
+
+} // namespace Kestrin
