@@ -22,15 +22,17 @@ public:
     bool empty() const { return fEntries.empty(); }
 
     /// The first entry whose key is not below `key`: where it stands or would have to.
-    iterator lower_bound(const Key& key) {
-        return std::lower_bound(
-            begin(), end(), key,
-            [](const value_type& entry, const Key& wanted) { return Less()(entry.first, wanted); });
-    }
+    iterator lower_bound(const Key& key) { return std::lower_bound(begin(), end(), key, IsBefore); }
 
     /// The entry of the key, or end().
     iterator find(const Key& key) {
         const iterator place = lower_bound(key);
+        return HoldsAt(place, key) ? place : end();
+    }
+
+    /// Likewise, of a map that cannot be changed.
+    const_iterator find(const Key& key) const {
+        const const_iterator place = std::lower_bound(begin(), end(), key, IsBefore);
         return HoldsAt(place, key) ? place : end();
     }
 
@@ -56,5 +58,9 @@ public:
     Value& operator[](const Key& key) { return insert({key, Value()}).first->second; }
 
 private:
+    static bool IsBefore(const value_type& entry, const Key& key) {
+        return Less()(entry.first, key);
+    }
+
     std::vector<value_type> fEntries;
 };

@@ -1,0 +1,65 @@
+#include "Platform/CoreFoundation/CFURLObject.h"
+#include "Platform/CoreFoundation/FileNames.h"
+
+#include <cstring>
+#include <filesystem>
+
+namespace {
+
+bool IsName(const std::string& component) {
+    return !component.empty() && component.find('/') == std::string::npos &&
+           component.find('\0') == std::string::npos;
+}
+
+std::string WithoutSlashAtEnd(std::string path) {
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
+} // namespace
+
+std::string FileNameOf(CFStringRef string) {
+    std::vector<UniChar> units(static_cast<std::size_t>(CFStringGetLength(string)));
+    CFStringGetCharacters(string, CFRangeMake(0, static_cast<CFIndex>(units.size())), units.data());
+    return FileNameOfUnits(units);
+}
+
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex count,
+                                                 Boolean isDirectory) {
+    const std::string bytes(path, path + count);
+    if (bytes.empty() || bytes.find('\0') != std::string::npos)
+        return nullptr;
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
+    return error ? nullptr : new CFURL(WithoutSlashAtEnd(absolute.string()), isDirectory != 0);
+}
+
+CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef component,
+                                               Boolean isDirectory) {
+    const std::string name = FileNameOf(component);
+    if (!IsName(name))
+        return nullptr;
+    const std::string separator = url->Path().ends_with('/') ? "" : "/";
+    return new CFURL(url->Path() + separator + name, isDirectory != 0);
+}
+
+CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
+    if (style != kCFURLPOSIXPathStyle)
+        return nullptr;
+    const std::vector<UniChar> units = UnitsOfFileName(url->Path());
+    return CFStringCreateWithCharacters(kCFAllocatorDefault, units.data(),
+                                        static_cast<CFIndex>(units.size()));
+}
+
+Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean, UInt8* buffer, CFIndex capacity) {
+    const std::string& path = url->Path();
+    if (capacity < 0 || path.size() >= static_cast<std::size_t>(capacity))
+        return false;
+    std::memcpy(buffer, path.c_str(), path.size() + 1);
+    return true;
+}
+
+Boolean CFURLHasDirectoryPath(CFURLRef url) {
+    return url->IsFolder();
+}

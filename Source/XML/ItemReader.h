@@ -1,0 +1,33 @@
+#pragma once
+
+#include "XML/XMLParser.h"
+#include "XML/XMLSerializable.h"
+
+namespace Kestrin {
+
+/// Builds items from the elements beneath a parser's cursor.
+class ItemReader {
+public:
+    /// `language` is preferred over the default language; see ReadContainerFromFile.
+    ItemReader(Parser& parser, unsigned int language);
+
+    /// Reads the children of the parser's current element into `container`, which then counts as
+    /// not changed.
+    void ReadChildren(ContainerItem& container);
+
+private:
+    struct Element;
+
+    void ReadUnindexed(ContainerItem& container);
+    void ReadElement(ContainerItem& container, boost::shared_ptr<Item>& previous);
+    boost::shared_ptr<Item> MakeItem(const Element& element);
+    boost::shared_ptr<Item> MakeRawData(const Element& element);
+    boost::shared_ptr<Item> MakeContainer(const Element& element);
+    void Place(ContainerItem& container, const boost::shared_ptr<Item>& item, unsigned int language,
+               boost::shared_ptr<Item>& previous) const;
+
+    Parser& fParser;
+    unsigned int fLanguage;
+};
+
+} // namespace Kestrin

@@ -1,0 +1,139 @@
+#include "Strings/TextConversions.h"
+#include "XML/ItemNames.h"
+#include "XML/XMLSerializable.h"
+#include "XML/XMLWriter.h"
+
+#include <algorithm>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <string_view>
+
+namespace Kestrin {
+
+namespace {
+
+constexpr std::size_t kBytesPerLine = 16;
+
+/// The item's type as the name of its element.
+Name ElementName(Item::ItemType type) {
+    return {OSTypeToUString(type), UString()};
+}
+
+void WriteValue(Writer& writer, const UString& value) {
+    static const Name name("value");
+    writer.Attribute(name, value);
+}
+
+/// Hyphens in a row would end the comment: each run is written as one.
+UString WithoutHyphenRuns(UString comment) {
+    static const UString twoHyphens("--", UString::kASCII);
+    for (std::size_t at = 0; (at = comment.find(twoHyphens, at)) != std::string::npos;)
+        comment.erase(at, 1);
+    return comment;
+}
+
+bool HasOwnAttribute(const UString& name) {
+    return name == kItemNameAttributeUString || name == kValueAttributeUString ||
+           name == kSizeAttributeUString;
+}
+
+std::string HexLine(const unsigned char* bytes, std::size_t count) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string line;
+    for (std::size_t i = 0; i < count; ++i) {
+        line += digits[bytes[i] >> 4];
+        line += digits[bytes[i] & 0xF];
+    }
+    return line;
+}
+
+void WriteHexLines(Writer& writer, const RawDataBuffer& buffer) {
+    for (std::size_t at = 0; at < buffer.size; at += kBytesPerLine) {
+        const std::size_t count = std::min(kBytesPerLine, buffer.size - at);
+        const std::string line = HexLine(buffer.data.get() + at, count);
+        writer.NewLine();
+        writer.Write(UString(line, UString::kASCII));
+    }
+}
+
+} // namespace
+
+Item::Item(ItemType type, const UString& name)
+    : fType(type)
+    , fName(name) {}
+
+bool Item::HasChanged() const {
+    return fChanged;
+}
+
+void Item::SetComment(const UString& comment) {
+    fComment = comment;
+    fChanged = true;
+}
+
+void Item::SetAttributes(AttributeList attributes) {
+    fAttributes = std::move(attributes);
+}
+
+void Item::Write(Writer& writer) {
+    static const Name nameAttribute("name");
+    if (!fComment.empty()) {
+        writer.NewLine();
+        writer.Comment(WithoutHyphenRuns(fComment));
+    }
+    const Name element = ElementName(fType);
+    writer.StartElement(element);
+    writer.Attribute(nameAttribute, fName);
+    for (const AttributePair& pair : fAttributes) {
+        if (!HasOwnAttribute(pair.name))
+            writer.Attribute(Name(pair.name, UString()), pair.value);
+    }
+    DoItemWrite(writer);
+    fChanged = false;
+    writer.EndElement(element);
+}
+
+template <>
+void SInt32Item::DoItemWrite(Writer& writer) const {
+    WriteValue(writer, NumToUString(GetValue(), kDecimalFormat));
+}
+
+template <>
+void DoubleItem::DoItemWrite(Writer& writer) const {
+    WriteValue(writer, DoubleToUStringPrecise(GetValue()));
+}
+
+template <>
+void OSTypeItem::DoItemWrite(Writer& writer) const {
+    WriteValue(writer, OSTypeToUString(GetValue()));
+}
+
+template <>
+void UStringItem::DoItemWrite(Writer& writer) const {
+    writer.Write(GetValue());
+}
+
+template <>
+void RawDataItem::DoItemWrite(Writer& writer) const {
+    static const Name sizeAttribute("size");
+    const boost::shared_ptr<RawDataBuffer>& buffer = GetValue();
+    if (buffer == nullptr || buffer->data == nullptr)
+        return;
+    writer.Attribute(sizeAttribute, NumToUString(buffer->size, kDecimalFormat));
+    WriteHexLines(writer, *buffer);
+}
+
+void ContainerItem::DoItemWrite(Writer& writer) const {
+    for (const boost::shared_ptr<Item>& child : fItems)
+        boost::shared_ptr<Item>(child)->Write(writer);
+}
+
+boost::shared_ptr<UStringItem> CreateUString(const UString& name, const UString& value) {
+    return boost::make_shared<UStringItem>(name, value);
+}
+
+boost::shared_ptr<RawDataItem> CreateRawData(const UString& name,
+                                             const boost::shared_ptr<RawDataBuffer>& data) {
+    return boost::make_shared<RawDataItem>(name, data);
+}
+
+} // namespace Kestrin

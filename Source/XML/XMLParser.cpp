@@ -1,0 +1,320 @@
+#include "XML/XMLParser.h"
+
+#include "Diagnostics/Failure.h"
+#include "XML/XMLBlank.h"
+#include "XML/XMLEntityGuard.h"
+
+#include <libxml/xmlreader.h>
+
+#include <algorithm>
+#include <cstring>
+#include <istream>
+
+namespace Kestrin {
+
+namespace {
+
+// The places that failures are known by.
+constexpr int kNoReaderLine = 93;
+constexpr int kReportedErrorLine = 416;
+constexpr int kReaderFailedLine = 419;
+
+// A document's own names are few; past this many they are not worth keeping.
+constexpr std::size_t kKnownNamesLimit = 16;
+
+const char* Chars(const xmlChar* text) {
+    return reinterpret_cast<const char*>(text);
+}
+
+std::size_t Length(const xmlChar* text) {
+    return std::strlen(Chars(text));
+}
+
+void Assign(UString& result, const xmlChar* text) {
+    result.assign(text, Length(text), UString::kUTF8);
+}
+
+UString ToUString(const xmlChar* text) {
+    return text != nullptr ? UString(text, Length(text), UString::kUTF8) : UString();
+}
+
+[[noreturn]] void Fail(int line) {
+    FailString(ErrType(), "Source/XML/XMLParser", line);
+}
+
+std::int64_t SeverityClass(xmlParserSeverities severity, std::int64_t otherwise) {
+    switch (severity) {
+    case XML_PARSER_SEVERITY_VALIDITY_WARNING:
+        return 4;
+    case XML_PARSER_SEVERITY_VALIDITY_ERROR:
+        return 5;
+    case XML_PARSER_SEVERITY_WARNING:
+        return 3;
+    case XML_PARSER_SEVERITY_ERROR:
+        return 2;
+    }
+    return otherwise;
+}
+
+// Called by libxml2: nothing may be thrown from here.
+void ErrorHandler(void* context, const char*, xmlParserSeverities severity,
+                  xmlTextReaderLocatorPtr locator) {
+    auto& record = *static_cast<Parser::ErrorRecord*>(context);
+    record.severityClass = SeverityClass(severity, record.severityClass);
+    if (record.IsSet())
+        record.line = static_cast<std::uint32_t>(xmlTextReaderLocatorLineNumber(locator));
+}
+
+bool IsText(int nodeType) {
+    return nodeType == XML_READER_TYPE_TEXT || nodeType == XML_READER_TYPE_CDATA;
+}
+
+bool MayGrow(int nodeType) {
+    return nodeType == XML_READER_TYPE_TEXT || nodeType == XML_READER_TYPE_WHITESPACE ||
+           nodeType == XML_READER_TYPE_SIGNIFICANT_WHITESPACE;
+}
+
+} // namespace
+
+void Parser::ReaderDeleter::operator()(_xmlTextReader* reader) const {
+    xmlFreeTextReader(reader);
+}
+
+Parser::Parser(std::istream& stream, Validate validate)
+    : fStream(stream)
+    , fGuard(std::make_unique<EntityGuard>()) {
+    const int options = XML_PARSE_NOENT | (validate != kDontValidate ? XML_PARSE_DTDVALID : 0);
+    fReader.reset(xmlReaderForIO(ReadCallback, nullptr, this, nullptr, nullptr, options));
+    if (fReader == nullptr)
+        Fail(kNoReaderLine);
+    xmlTextReaderSetErrorHandler(fReader.get(), ErrorHandler, &fError);
+}
+
+Parser::~Parser() {
+    fReader.reset();
+}
+
+int Parser::ReadCallback(void* context, char* buffer, int length) {
+    std::istream& stream = static_cast<Parser*>(context)->fStream;
+    try {
+        stream.read(buffer, length);
+    } catch (...) {
+        // A stream asked to throw has its state set all the same; what it read so far counts.
+    }
+    return static_cast<int>(stream.gcount());
+}
+
+// The walk.
+
+bool Parser::DownToChild() {
+    bool found = DoDownToChild();
+    while (found && fFilter != nullptr && fFilter->Skips(*this)) {
+        UpToParent();
+        found = DoDownToChild();
+    }
+    return found;
+}
+
+bool Parser::DoDownToChild() {
+    if (fEmpty || fState == kAtEnd) {
+        fState = kAtEnd;
+        return false;
+    }
+    for (int nodeType = 0; Advance(nodeType, false);) {
+        if (IsText(nodeType)) {
+            fState = kAfterContent;
+            fPushedBack = true;
+            return false;
+        }
+        if (nodeType == XML_READER_TYPE_END_ELEMENT) {
+            fState = kAtEnd;
+            return false;
+        }
+        if (nodeType == XML_READER_TYPE_ELEMENT) {
+            fState = kAtStart;
+            fEmpty = IsEmptyElement();
+            ++fDepth;
+            return true;
+        }
+    }
+    return false;
+}
+
+void Parser::UpToParent() {
+    if (!fEmpty && fState != kAtEnd && !SkipToEnd())
+        return;
+    fEmpty = false;
+    fState = fDepth < 2 ? kAtDocument : kAfterContent;
+    --fDepth;
+}
+
+/// False when the document ends first.
+bool Parser::SkipToEnd() {
+    int nesting = 1;
+    for (int nodeType = 0; nesting > 0;) {
+        if (!Advance(nodeType, false))
+            return false;
+        if (nodeType == XML_READER_TYPE_ELEMENT && !IsEmptyElement())
+            ++nesting;
+        else if (nodeType == XML_READER_TYPE_END_ELEMENT)
+            --nesting;
+    }
+    return true;
+}
+
+/// The step under all others. False at the end of the document.
+bool Parser::Advance(int& nodeType, bool stopAtInstructions) {
+    for (;;) {
+        if (!fPushedBack && !ReadNode())
+            return false;
+        fPushedBack = false;
+        nodeType = NodeType();
+        if (nodeType != XML_READER_TYPE_PROCESSING_INSTRUCTION)
+            return true;
+        KeepInstruction();
+        if (stopAtInstructions)
+            return true;
+    }
+}
+
+bool Parser::ReadNode() {
+    const EntityGuard::Refusal refusal(fError);
+    return Checked(xmlTextReaderRead(fReader.get())) != 0;
+}
+
+int Parser::NodeType() {
+    int nodeType = Checked(xmlTextReaderNodeType(fReader.get()));
+    if (!MayGrow(nodeType))
+        return nodeType;
+    // libxml2 hands out a long text behind a comment while it is still coming in.
+    const EntityGuard::Refusal refusal(fError);
+    xmlTextReaderExpand(fReader.get());
+    return Checked(xmlTextReaderNodeType(fReader.get()));
+}
+
+void Parser::KeepInstruction() {
+    if (fCollectInstructions)
+        fInstructions.emplace_back(ToUString(xmlTextReaderConstName(fReader.get())),
+                                   ToUString(xmlTextReaderConstValue(fReader.get())));
+}
+
+bool Parser::IsEmptyElement() {
+    return Checked(xmlTextReaderIsEmptyElement(fReader.get())) == 1;
+}
+
+int Parser::Checked(int answer) const {
+    if (fError.IsSet())
+        Fail(kReportedErrorLine);
+    if (answer == -1)
+        Fail(kReaderFailedLine);
+    return answer;
+}
+
+// The current element.
+
+Name Parser::CurrentElement() const {
+    const xmlChar* local = xmlTextReaderConstLocalName(fReader.get());
+    const xmlChar* nameSpace = xmlTextReaderConstNamespaceUri(fReader.get());
+    return {local != nullptr ? Chars(local) : "", Chars(nameSpace)};
+}
+
+unsigned int Parser::CurrentElementCode() const {
+    const UString local = ToUString(xmlTextReaderConstLocalName(fReader.get()));
+    unsigned int code = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        code = code << 8 | (i < local.length() ? local[i] & 0xFFu : 0u);
+    return code;
+}
+
+bool Parser::ReadAllAttributes(AttributeList& attributes) {
+    const int count = std::max(0, xmlTextReaderAttributeCount(fReader.get()));
+    attributes.resize(static_cast<std::size_t>(count));
+    bool assigned = false;
+    for (int i = 0; i < count; ++i)
+        ReadAttribute(i, attributes[static_cast<std::size_t>(i)], assigned);
+    xmlTextReaderMoveToElement(fReader.get());
+    return assigned;
+}
+
+void Parser::ReadAttribute(int index, AttributePair& pair, bool& assigned) {
+    xmlTextReaderMoveToAttributeNo(fReader.get(), index);
+    const xmlChar* name = xmlTextReaderConstName(fReader.get());
+    const xmlChar* value = xmlTextReaderConstValue(fReader.get());
+    if (name == nullptr || value == nullptr)
+        return;
+    AssignName(name, pair.name);
+    Assign(pair.value, value);
+    assigned = true;
+}
+
+void Parser::AssignName(const unsigned char* name, UString& result) {
+    // libxml2 keeps one copy of a name for as long as the reader lives, so its address tells it.
+    const auto known = std::find_if(fKnownNames.begin(), fKnownNames.end(),
+                                    [name](const KnownName& entry) { return entry.first == name; });
+    if (known != fKnownNames.end()) {
+        result = known->second;
+        return;
+    }
+    Assign(result, name);
+    if (fKnownNames.size() < kKnownNamesLimit)
+        fKnownNames.emplace_back(name, result);
+}
+
+UString Parser::ReadText() {
+    UString text;
+    if (fEmpty || fState == kAtEnd) {
+        fState = kAtEnd;
+        return text;
+    }
+    for (int nodeType = 0; Advance(nodeType, true) && AppendText(nodeType, text);) {
+    }
+    return text;
+}
+
+/// Takes what the cursor stands on into `text`. False when the text has ended there.
+bool Parser::AppendText(int nodeType, UString& text) {
+    if (IsText(nodeType)) {
+        fState = kAfterContent;
+        text.append(ToUString(xmlTextReaderConstValue(fReader.get())));
+        return true;
+    }
+    if (nodeType == XML_READER_TYPE_ELEMENT) {
+        fState = kAfterContent;
+        fPushedBack = true;
+        return false;
+    }
+    if (nodeType != XML_READER_TYPE_END_ELEMENT)
+        return text.empty();
+    fState = kAtEnd;
+    static const UString encodedBlank(kEncodedBlank, UString::kASCII);
+    if (text == encodedBlank)
+        text = UString(' ');
+    return false;
+}
+
+bool Parser::FindAttributeInList(const AttributeList& attributes, const UString& name,
+                                 UString& value) {
+    const auto found =
+        std::find_if(attributes.begin(), attributes.end(),
+                     [&name](const AttributePair& pair) { return pair.name == name; });
+    if (found == attributes.end())
+        return false;
+    value = found->value;
+    return true;
+}
+
+// What the parser takes along.
+
+void Parser::SetElementFilter(std::unique_ptr<ElementFilter> filter) {
+    fFilter = std::move(filter);
+}
+
+void Parser::SetOwnedObject(std::shared_ptr<void> object) {
+    fOwnedObject = std::move(object);
+}
+
+void Parser::SetCollectInstructions(bool collect) {
+    fCollectInstructions = collect;
+}
+
+} // namespace Kestrin

@@ -1,0 +1,199 @@
+#pragma once
+
+#include "Strings/SortedVectorMap.h"
+#include "XML/XMLName.h"
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace Kestrin {
+
+class FileSpecification;
+class ItemReader;
+class Writer;
+
+/// 'XSET' and its like: the first character in the most significant byte.
+constexpr unsigned int FourCharCode(const char (&text)[5]) {
+    unsigned int code = 0;
+    for (int i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<unsigned char>(text[i]);
+    return code;
+}
+
+/// The language of entries that name none, and the one that the file readers ask for.
+constexpr unsigned int kDefaultLanguage = FourCharCode("enus");
+
+/// A named value in a tree of settings or resources, which has an XML form: one element, named by
+/// the type, with the name as its attribute "name".
+///
+///     <XSET name="window">
+///         <SINT name="width" value="640"/>
+///         <TEXT name="title">Main</TEXT>
+///     </XSET>
+///
+/// Items are shared and live as long as the last container or caller that holds them.
+class Item {
+public:
+    /// A four-character code.
+    using ItemType = unsigned int;
+
+    static constexpr ItemType kContainer = FourCharCode("XSET");
+    static constexpr ItemType kSInt32 = FourCharCode("SINT");
+    static constexpr ItemType kDouble = FourCharCode("DBLE");
+    static constexpr ItemType kOSType = FourCharCode("OSTY");
+    static constexpr ItemType kUString = FourCharCode("TEXT");
+    static constexpr ItemType kRawData = FourCharCode("DATA");
+
+    Item(const Item&) = delete;
+    Item& operator=(const Item&) = delete;
+
+    /// Whether this item or one beneath it was changed since it was made, read or written.
+    virtual bool HasChanged() const;
+
+    virtual ~Item() = default;
+
+    /// Writes the value: attributes first, then content, into the element that is open.
+    virtual void DoItemWrite(Writer& writer) const = 0;
+
+    /// Writes the item, and what is beneath it, as one element with its comment in front. It then
+    /// counts as not changed.
+    void Write(Writer& writer);
+
+    ItemType GetType() const { return fType; }
+    const UString& GetName() const { return fName; }
+
+    /// Stands in front of the element. It is not read back.
+    const UString& GetComment() const { return fComment; }
+    void SetComment(const UString& comment);
+
+    /// All attributes of the element that the item was read from. Writing leaves out "name",
+    /// "value" and "size", for which the item has its own.
+    const AttributeList& GetAttributes() const { return fAttributes; }
+    void SetAttributes(AttributeList attributes);
+
+protected:
+    Item(ItemType type, const UString& name);
+
+    void SetChanged(bool changed) { fChanged = changed; }
+
+private:
+    ItemType fType;
+    UString fName;
+    UString fComment;
+    AttributeList fAttributes;
+    bool fChanged = false;
+};
+
+/// A leaf: a name and one value of a type that the code `kType` stands for.
+template <Item::ItemType kType, typename Value>
+class ValueItem : public Item {
+public:
+    ValueItem(const UString& name, const Value& value)
+        : Item(kType, name)
+        , fValue(value) {}
+
+    const Value& GetValue() const { return fValue; }
+
+    void SetValue(const Value& value) {
+        fValue = value;
+        SetChanged(true);
+    }
+
+    void DoItemWrite(Writer& writer) const override;
+
+private:
+    Value fValue;
+};
+
+/// A block of bytes. Null `data` means no data at all, whatever `size` says.
+struct RawDataBuffer {
+    std::uint32_t size = 0;
+    std::unique_ptr<unsigned char[]> data;
+};
+
+using SInt32Item = ValueItem<Item::kSInt32, int>;
+using DoubleItem = ValueItem<Item::kDouble, double>;
+using OSTypeItem = ValueItem<Item::kOSType, unsigned int>;
+using UStringItem = ValueItem<Item::kUString, UString>;
+
+/// Its buffer may be null and may be shared with others.
+using RawDataItem = ValueItem<Item::kRawData, boost::shared_ptr<RawDataBuffer>>;
+
+/// An inner node: children in the order in which they were added, found by name.
+class ContainerItem : public Item {
+public:
+    explicit ContainerItem(const UString& name);
+
+    /// Releases the children, the last first. Trees of any depth are destroyed without recursion.
+    ~ContainerItem() override;
+
+    // Children. Several may share a name; the name then finds the one that was added last.
+
+    /// Null does nothing. Adding the container to itself is a fault.
+    void AddItem(const boost::shared_ptr<Item>& item);
+
+    /// Removes that very object; of namesakes that remain, the last is found from then on. Null and
+    /// what is no child change nothing. Removing does not count as a change.
+    void RemoveItem(boost::shared_ptr<Item> item);
+
+    /// The child that the name finds, or null when there is none or it is of another type.
+    boost::shared_ptr<Item> GetItem(ItemType type, const UString& name) const;
+    boost::shared_ptr<UStringItem> GetUStringItem(const UString& name) const;
+
+    const std::vector<boost::shared_ptr<Item>>& GetItems() const { return fItems; }
+
+    bool HasChanged() const override;
+    void DoItemWrite(Writer& writer) const override;
+
+private:
+    friend class ItemReader;
+
+    using Items = std::vector<boost::shared_ptr<Item>>;
+
+    void RebuildIndex();
+    void ReleaseItems();
+
+    sorted_vector_map<UString, std::uint32_t> fIndex;
+    Items fItems;
+};
+
+boost::shared_ptr<UStringItem> CreateUString(const UString& name, const UString& value);
+
+/// The item shares `data`, which may be null.
+boost::shared_ptr<RawDataItem> CreateRawData(const UString& name,
+                                             const boost::shared_ptr<RawDataBuffer>& data);
+
+boost::shared_ptr<ContainerItem> CreateContainer(const UString& name);
+
+// Reading. The result is the document's first item, or null when that is no container. Elements
+// without a name are looked through, so the customary root "resource_list" around it does not
+// count. A document that cannot be read is a failure: it is reported and -50 is thrown.
+
+/// Entries of `language` replace those of the default language right before them; entries of other
+/// languages, and those for another platform, are left out. A null stream gives null.
+boost::shared_ptr<ContainerItem> ReadContainerFromFile(std::istream* stream, unsigned int language);
+
+/// In the default language. A file that does not exist gives null.
+boost::shared_ptr<ContainerItem> ReadSerializedFile(const FileSpecification& file);
+
+/// The file of that name and type (its extension) among the application's resources.
+boost::shared_ptr<ContainerItem> ReadSerializedResourceFile(const UString& name,
+                                                            const UString& type);
+
+// Writing a whole document: the XML declaration, a root "resource_list" and in it the item, with a
+// line break at the end.
+
+/// The document as UTF-8.
+std::string WriteSerializedString(Item& item);
+
+/// Writes beside the file and puts the new one in its place when it is safely stored, so that the
+/// old one is whole until then and stays after an error. An error leaves nothing else behind; the
+/// item counts as not changed all the same.
+std::error_code WriteSerializedFile(Item& item, const FileSpecification& file);
+
+} // namespace Kestrin
