@@ -32,6 +32,22 @@ double Degrees(double radians) {
     return radians * 180 / std::numbers::pi;
 }
 
+/// Whether two points are meant to be one. A segment between them would have any direction, which
+/// shows as a spike where it is stroked.
+bool Meet(QPointF a, QPointF b) {
+    constexpr double kTolerance = 1e-3;
+    return std::abs(a.x() - b.x()) < kTolerance && std::abs(a.y() - b.y()) < kTolerance;
+}
+
+QPainterPath ArcOf(CGPoint centre, double radius, double startAngle, double sweep) {
+    const QRectF circle(centre.x - radius, centre.y - radius, 2 * radius, 2 * radius);
+    QPainterPath arc;
+    // The toolkit's angles grow the other way round: upward where y grows downward.
+    arc.arcMoveTo(circle, -Degrees(startAngle));
+    arc.arcTo(circle, -Degrees(startAngle), -Degrees(sweep));
+    return arc;
+}
+
 } // namespace
 
 CGPath::CGPath()
@@ -42,8 +58,10 @@ CGPath::CGPath()
 CGPath::~CGPath() = default;
 
 void CGPath::MoveToPoint(double x, double y) {
-    if (AllFinite({x, y}))
-        fData->path.moveTo(x, y);
+    if (!AllFinite({x, y}))
+        return;
+    fData->path.moveTo(x, y);
+    fData->subpathStart = fData->path.elementCount() - 1;
 }
 
 void CGPath::AddLineToPoint(double x, double y) {
@@ -55,18 +73,21 @@ void CGPath::AddArc(CGPoint centre, double radius, double startAngle, double end
                     bool clockwise) {
     if (!AllFinite({centre.x, centre.y, radius, startAngle, endAngle}))
         return;
-    const double startX = centre.x + radius * std::cos(startAngle);
-    const double startY = centre.y + radius * std::sin(startAngle);
-    if (fData->path.elementCount() == 0)
-        fData->path.moveTo(startX, startY);
-    // The toolkit's angles grow the other way round: upward where y grows downward.
-    fData->path.arcTo(centre.x - radius, centre.y - radius, 2 * radius, 2 * radius,
-                      -Degrees(startAngle), -Degrees(SweepOf(startAngle, endAngle, clockwise)));
+    QPainterPath arc = ArcOf(centre, radius, startAngle, SweepOf(startAngle, endAngle, clockwise));
+    const QPointF current = fData->path.currentPosition();
+    if (fData->path.elementCount() > 0 && Meet(current, arc.elementAt(0)))
+        arc.setElementPositionAt(0, current.x(), current.y());
+    fData->path.connectPath(arc);
 }
 
 void CGPath::CloseSubpath() {
-    if (fData->path.elementCount() > 0)
-        fData->path.closeSubpath();
+    QPainterPath& path = fData->path;
+    if (path.elementCount() == 0)
+        return;
+    const QPointF start = path.elementAt(fData->subpathStart);
+    if (Meet(path.currentPosition(), start))
+        path.setElementPositionAt(path.elementCount() - 1, start.x(), start.y());
+    path.closeSubpath();
 }
 
 CGRect CGPath::GetBoundingBox() const {

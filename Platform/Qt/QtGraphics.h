@@ -8,6 +8,8 @@
 
 struct CGPath::Data {
     QPainterPath path;
+    /// The index of the element that began the current subpath.
+    int subpathStart = 0;
 };
 
 struct CGContext::Data {
