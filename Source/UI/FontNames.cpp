@@ -1,8 +1,8 @@
 #include "UI/FontNames.h"
 
-namespace Kestrin {
+#include "Resources/LocalizedStrings.h"
 
-UString LookupString(const char* key);
+namespace Kestrin {
 
 const UString& FontName(FontID font) {
     switch (font) {
