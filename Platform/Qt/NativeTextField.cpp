@@ -53,6 +53,9 @@ NativeTextField::~NativeTextField() = default;
 
 void NativeTextField::SetText(const std::string& text) {
     fData->widget->setText(ToQString(text));
+    // Of a text that is too long for the field, its beginning is seen when nobody edits it.
+    if (!IsEditing())
+        fData->widget->setCursorPosition(0);
 }
 
 std::string NativeTextField::GetText() const {
@@ -90,10 +93,6 @@ void NativeTextField::SetFont(const std::string& family, double size) {
 
 void NativeTextField::SetTextColor(double red, double green, double blue, double alpha) {
     SetColors(*fData->widget, ColorOf(red, green, blue, alpha));
-}
-
-void NativeTextField::SetAccessibleName(const std::string& name) {
-    fData->widget->setAccessibleName(ToQString(name));
 }
 
 } // namespace Kestrin

@@ -19,6 +19,12 @@ bool IsTemporary(Qt::FocusReason reason) {
            reason == Qt::MenuBarFocusReason;
 }
 
+/// Whether neither a key nor the pointer brought the focus.
+bool IsGivenByProgram(Qt::FocusReason reason) {
+    return reason == Qt::OtherFocusReason ||
+           (reason == Qt::MouseFocusReason && QGuiApplication::mouseButtons() == Qt::NoButton);
+}
+
 /// Whether a key does nothing by itself.
 bool IsModifierKey(int key) {
     return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
@@ -62,6 +68,9 @@ QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
 void QtFieldWidget::LeaveField() {
     fClient = nullptr;
     disconnect(qApp, nullptr, this, nullptr);
+    // Left to the toolkit, the focus would go on to the next control.
+    if (window()->focusWidget() == this)
+        window()->setFocus();
     hide();
     setParent(nullptr);
     if (fRunningEvents == 0)
@@ -107,7 +116,7 @@ void QtFieldWidget::inputMethodEvent(QInputMethodEvent* event) {
 
 void QtFieldWidget::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
-    if (event->reason() == Qt::OtherFocusReason)
+    if (IsGivenByProgram(event->reason()))
         selectAll();
     BeginEditing();
 }

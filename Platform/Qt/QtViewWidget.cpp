@@ -215,6 +215,11 @@ void QtView::SetFirstResponder(bool first) {
 // Accessibility
 
 void QtView::SetAccessibility(AccessibleRole role, const QString& name) {
+    // A text field inside the view is what a person meets in its place.
+    if (QWidget* const field = focusProxy()) {
+        field->setAccessibleName(name);
+        return;
+    }
     fRole = role;
     setAccessibleName(name);
 }
