@@ -2,7 +2,9 @@
 
 #include "Platform/Qt/QtGraphics.h"
 
+#include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <numbers>
 
 namespace {
@@ -28,10 +30,6 @@ double SweepOf(double start, double end, bool clockwise) {
     return difference;
 }
 
-double Degrees(double radians) {
-    return radians * 180 / std::numbers::pi;
-}
-
 /// Whether two points are meant to be one. A segment between them would have any direction, which
 /// shows as a spike where it is stroked.
 bool Meet(QPointF a, QPointF b) {
@@ -39,21 +37,32 @@ bool Meet(QPointF a, QPointF b) {
     return std::abs(a.x() - b.x()) < kTolerance && std::abs(a.y() - b.y()) < kTolerance;
 }
 
-QPainterPath ArcOf(CGPoint centre, double radius, double startAngle, double sweep) {
-    const QRectF circle(centre.x - radius, centre.y - radius, 2 * radius, 2 * radius);
-    QPainterPath arc;
-    // The toolkit's angles grow the other way round: upward where y grows downward.
-    arc.arcMoveTo(circle, -Degrees(startAngle));
-    arc.arcTo(circle, -Degrees(startAngle), -Degrees(sweep));
-    return arc;
+QPointF OnCircle(CGPoint centre, double radius, double angle) {
+    return {centre.x + radius * std::cos(angle), centre.y + radius * std::sin(angle)};
+}
+
+/// Adds the arc from the path's current point, in curves of a quarter turn at most.
+void AppendArc(QPainterPath& path, CGPoint centre, double radius, double start, double sweep) {
+    // Angles come as floats: what is hardly above a number of quarters is that number.
+    constexpr double kTolerance = 1e-6;
+    const int pieces =
+        std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / (kFullTurn / 4) - kTolerance)));
+    const double step = sweep / pieces;
+    const double reach = 4.0 / 3.0 * std::tan(step / 4) * radius;
+    for (int piece = 0; piece < pieces; ++piece) {
+        const double from = start + piece * step;
+        const double to = from + step;
+        const QPointF leaving(-std::sin(from) * reach, std::cos(from) * reach);
+        const QPointF arriving(-std::sin(to) * reach, std::cos(to) * reach);
+        path.cubicTo(OnCircle(centre, radius, from) + leaving,
+                     OnCircle(centre, radius, to) - arriving, OnCircle(centre, radius, to));
+    }
 }
 
 } // namespace
 
 CGPath::CGPath()
-    : fData(std::make_unique<Data>()) {
-    fData->path.setFillRule(Qt::WindingFill);
-}
+    : fData(std::make_unique<Data>()) {}
 
 CGPath::~CGPath() = default;
 
@@ -73,11 +82,12 @@ void CGPath::AddArc(CGPoint centre, double radius, double startAngle, double end
                     bool clockwise) {
     if (!AllFinite({centre.x, centre.y, radius, startAngle, endAngle}))
         return;
-    QPainterPath arc = ArcOf(centre, radius, startAngle, SweepOf(startAngle, endAngle, clockwise));
-    const QPointF current = fData->path.currentPosition();
-    if (fData->path.elementCount() > 0 && Meet(current, arc.elementAt(0)))
-        arc.setElementPositionAt(0, current.x(), current.y());
-    fData->path.connectPath(arc);
+    const QPointF start = OnCircle(centre, radius, startAngle);
+    if (fData->path.elementCount() == 0)
+        MoveToPoint(start.x(), start.y());
+    else if (!Meet(fData->path.currentPosition(), start))
+        fData->path.lineTo(start);
+    AppendArc(fData->path, centre, radius, startAngle, SweepOf(startAngle, endAngle, clockwise));
 }
 
 void CGPath::CloseSubpath() {
