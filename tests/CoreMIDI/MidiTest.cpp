@@ -1,0 +1,148 @@
+#include "tests/CoreMIDI/MidiTest.h"
+
+#include "Platform/CoreMIDI/Service.h"
+#include "Platform/CoreMIDI/Text.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+SequencerSnapshot sPlugged;
+bool sHasChanged = false;
+
+class TestSequencer final : public SequencerReader {
+public:
+    SequencerSnapshot Read() override {
+        sHasChanged = false;
+        return sPlugged;
+    }
+    bool HasChanged() override { return sHasChanged; }
+};
+
+} // namespace
+
+MidiTest::MidiTest()
+    : fFile(fFolder / "kestrin-midi" / "objects.sqlite3") {
+    sPlugged = {};
+    Service::Instance().UseReader(std::make_unique<TestSequencer>());
+    Use(fFile);
+}
+
+MidiTest::~MidiTest() {
+    MIDIRestart();
+}
+
+void MidiTest::Use(const std::filesystem::path& file) {
+    MIDIRestart();
+    setenv("KESTRIN_MIDI_DATABASE", file.c_str(), 1);
+}
+
+void MidiTest::PlugIn(SequencerSnapshot snapshot) {
+    sPlugged = std::move(snapshot);
+    sHasChanged = true;
+}
+
+void MidiTest::RunSQL(const std::string& sql) {
+    MIDIRestart();
+    sqlite3* connection = nullptr;
+    sqlite3_open(fFile.c_str(), &connection);
+    const ConnectionHolder holder(connection);
+    ASSERT_EQ(Execute(connection, sql.c_str()), SQLITE_OK) << sqlite3_errmsg(connection);
+}
+
+std::int64_t MidiTest::QueryFile(const std::string& sql) {
+    MIDIRestart();
+    sqlite3* connection = nullptr;
+    sqlite3_open(fFile.c_str(), &connection);
+    const ConnectionHolder holder(connection);
+    return QueryInteger(connection, sql.c_str(), -1);
+}
+
+int MidiTest::InChild(const std::function<int()>& work) {
+    MIDIRestart();
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(work());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+std::string TextOf(CFStringRef owned) {
+    const CFHolder<CFStringRef> holder(owned);
+    return Utf8Of(owned);
+}
+
+std::string StringOf(MIDIObjectRef object, CFStringRef key) {
+    CFStringRef text = nullptr;
+    const OSStatus status = MIDIObjectGetStringProperty(object, key, &text);
+    return status == noErr ? TextOf(text) : "(" + std::to_string(status) + ")";
+}
+
+std::string NameOf(MIDIObjectRef object) {
+    return StringOf(object, kMIDIPropertyName);
+}
+
+SInt32 IntegerOf(MIDIObjectRef object, CFStringRef key) {
+    SInt32 value = 0;
+    const OSStatus status = MIDIObjectGetIntegerProperty(object, key, &value);
+    return status == noErr ? value : status;
+}
+
+MIDIUniqueID UniqueIDOf(MIDIObjectRef object) {
+    return IntegerOf(object, kMIDIPropertyUniqueID);
+}
+
+std::vector<std::string> SourceNames() {
+    std::vector<std::string> names;
+    const ItemCount count = MIDIGetNumberOfSources();
+    for (ItemCount i = 0; i < count; ++i)
+        names.push_back(NameOf(MIDIGetSource(i)));
+    return names;
+}
+
+MIDIDeviceRef AddInterface(const char* name) {
+    MIDIDeviceRef device = 0;
+    const CFHolder<CFStringRef> text(MakeString(name));
+    MIDIDeviceCreate(nullptr, text.Get(), CFSTR("Maker"), CFSTR("Model"), &device);
+    MIDIDeviceAddEntity(device, CFSTR("Port 1"), 0, 1, 1, nullptr);
+    MIDISetupAddDevice(device);
+    return device;
+}
+
+MIDIDeviceRef AddExternal(const char* name) {
+    MIDIDeviceRef device = 0;
+    const CFHolder<CFStringRef> text(MakeString(name));
+    MIDIExternalDeviceCreate(text.Get(), CFSTR("Mackie"), CFSTR("Mackie Control"), &device);
+    MIDIDeviceAddEntity(device, CFSTR("Port 1"), 1, 1, 1, nullptr);
+    MIDISetupAddExternalDevice(device);
+    return device;
+}
+
+SequencerSnapshot SequencerWith(const std::vector<UnitFacts>& units) {
+    SequencerSnapshot snapshot;
+    snapshot.state = SequencerState::Ready;
+    snapshot.ownClient = 128;
+    snapshot.clients = {{0, "System", true, -1, {{1, "Announce", true, false}}},
+                        {14, "Midi Through", true, -1, {{0, "Midi Through Port-0", true, true}}}};
+    for (const UnitFacts& unit : units) {
+        SequencerClient client{16 + 4 * unit.card, unit.shortName, true, unit.card, {}};
+        for (const std::string& name : unit.ports)
+            client.ports.push_back({static_cast<int>(client.ports.size()), name, true, true});
+        snapshot.clients.push_back(client);
+        snapshot.cards.push_back(
+            {unit.card, unit.shortName, "snd-usb-audio", "1-1:1.0",
+             UsbUnit{"0a73", "0006", unit.manufacturer, unit.product, unit.serial, unit.path}});
+    }
+    AddProgram(snapshot, 128, "Kestrin MIDI", "Announcements");
+    return snapshot;
+}
+
+void AddProgram(SequencerSnapshot& snapshot, int client, const std::string& name,
+                const std::string& port) {
+    snapshot.clients.push_back({client, name, false, -1, {{0, port, true, true}}});
+}
