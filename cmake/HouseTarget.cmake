@@ -16,7 +16,9 @@ target_include_directories(house-options INTERFACE
 
 add_library(house-warnings INTERFACE)
 target_compile_options(house-warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough
+    -Wall -Wextra -Wpedantic -Wshadow -Wimplicit-fallthrough
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+    $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
     $<$<BOOL:${KESTRIN_WARNINGS_AS_ERRORS}>:-Werror>)
 
 # house_target(NAME): the house's rules for a target made with add_library or add_executable.
