@@ -1,0 +1,55 @@
+#include "tools/midisetup/Building.h"
+
+#include "tools/midisetup/Properties.h"
+
+namespace MidiSetup {
+
+namespace {
+
+/// A device as the service makes it, before it is added; null texts stay unset.
+MIDIDeviceRef CreateDevice(DeviceKind kind, const DeviceDescription& description) {
+    const auto given = [](const std::string& text) { return text.empty() ? Text() : ToText(text); };
+    const Text name = given(description.name);
+    const Text manufacturer = given(description.manufacturer);
+    const Text model = given(description.model);
+    MIDIDeviceRef device = 0;
+    const OSStatus status =
+        kind == DeviceKind::kExternal
+            ? MIDIExternalDeviceCreate(name.Get(), manufacturer.Get(), model.Get(), &device)
+            : MIDIDeviceCreate(nullptr, name.Get(), manufacturer.Get(), model.Get(), &device);
+    Check(status, "make the device");
+    return device;
+}
+
+void AddToSetup(DeviceKind kind, MIDIDeviceRef device) {
+    Check(kind == DeviceKind::kExternal ? MIDISetupAddExternalDevice(device)
+                                        : MIDISetupAddDevice(device),
+          "add the device");
+}
+
+} // namespace
+
+MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description) {
+    const MIDIDeviceRef device = CreateDevice(kind, description);
+    AddToSetup(kind, device);
+    return device;
+}
+
+MIDIEntityRef BuildPort(MIDIDeviceRef device, const std::string& name, ItemCount sources,
+                        ItemCount destinations) {
+    MIDIEntityRef entity = 0;
+    Check(MIDIDeviceAddEntity(device, ToText(name).Get(), false, sources, destinations, &entity),
+          "add a port");
+    return entity;
+}
+
+MIDIDeviceRef BuildDeviceWithPorts(DeviceKind kind, const DeviceDescription& description,
+                                   int ports) {
+    const MIDIDeviceRef device = CreateDevice(kind, description);
+    for (int port = 1; port <= ports; ++port)
+        BuildPort(device, "Port " + std::to_string(port), 1, 1);
+    AddToSetup(kind, device);
+    return device;
+}
+
+} // namespace MidiSetup

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace MidiSetup {
+
+/// What the command line asks for; answers the exit code. May throw Failure.
+using Action = std::function<int()>;
+
+/// Each adds its commands to the program; a command that is given sets `chosen`.
+void AddListCommands(CLI::App& program, Action& chosen);
+void AddPropertyCommands(CLI::App& program, Action& chosen);
+void AddDeviceCommands(CLI::App& program, Action& chosen);
+void AddConnectionCommands(CLI::App& program, Action& chosen);
+void AddTransferCommands(CLI::App& program, Action& chosen);
+void AddDemoCommand(CLI::App& program, Action& chosen);
+void AddDoctorCommand(CLI::App& program, Action& chosen);
+
+/// Makes `run` what `command` does. The options that it is given live as long as the command.
+template <typename Options>
+std::shared_ptr<Options> OptionsFor(CLI::App* command, Action& chosen, int (*run)(const Options&)) {
+    auto options = std::make_shared<Options>();
+    command->callback(
+        [&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+    return options;
+}
+
+} // namespace MidiSetup

@@ -1,0 +1,66 @@
+#include "tools/midisetup/Connections.h"
+
+#include "tools/midisetup/Failure.h"
+
+#include <cstring>
+
+namespace MidiSetup {
+
+namespace {
+
+std::string ConnectionKey() {
+    return FromText(kMIDIPropertyConnectionUniqueID);
+}
+
+std::vector<MIDIUniqueID> Unpack(const Bytes& bytes) {
+    std::vector<MIDIUniqueID> ids(bytes.size() / sizeof(MIDIUniqueID));
+    if (!ids.empty())
+        std::memcpy(ids.data(), bytes.data(), ids.size() * sizeof(MIDIUniqueID));
+    return ids;
+}
+
+Bytes Pack(const std::vector<MIDIUniqueID>& ids) {
+    Bytes bytes(ids.size() * sizeof(MIDIUniqueID));
+    std::memcpy(bytes.data(), ids.data(), bytes.size());
+    return bytes;
+}
+
+} // namespace
+
+std::vector<MIDIUniqueID> ConnectionsOf(MIDIObjectRef port) {
+    const auto value = GetProperty(port, ConnectionKey());
+    return value ? ConnectionsIn(*value) : std::vector<MIDIUniqueID>();
+}
+
+std::vector<MIDIUniqueID> ConnectionsIn(const PropertyValue& value) {
+    if (const auto* bytes = std::get_if<Bytes>(&value))
+        return Unpack(*bytes);
+    const auto* id = std::get_if<SInt32>(&value);
+    return id != nullptr && *id != 0 ? std::vector<MIDIUniqueID>{*id} : std::vector<MIDIUniqueID>();
+}
+
+PropertyValue ConnectionValue(const std::vector<MIDIUniqueID>& ids) {
+    if (ids.size() == 1)
+        return ids.front();
+    return Pack(ids);
+}
+
+void SetConnections(MIDIObjectRef port, const std::vector<MIDIUniqueID>& ids) {
+    if (ids == ConnectionsOf(port))
+        return;
+    if (ids.empty())
+        RemoveProperty(port, ConnectionKey());
+    else
+        SetProperty(port, ConnectionKey(), ConnectionValue(ids));
+}
+
+std::vector<Endpoint> EndpointsOf(const NamedObject& port) {
+    if (port.entity == nullptr)
+        return {{port.reference, port.id, port.path, port.kind == "source", false}};
+    std::vector<Endpoint> endpoints = port.entity->sources;
+    endpoints.insert(endpoints.end(), port.entity->destinations.begin(),
+                     port.entity->destinations.end());
+    return endpoints;
+}
+
+} // namespace MidiSetup

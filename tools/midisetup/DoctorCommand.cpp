@@ -1,0 +1,130 @@
+#include "tools/midisetup/Commands.h"
+#include "tools/midisetup/Diagnosis.h"
+#include "tools/midisetup/Failure.h"
+#include "tools/midisetup/Output.h"
+#include "tools/midisetup/Properties.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
+
+#include <iostream>
+
+namespace MidiSetup {
+
+namespace {
+
+struct DoctorOptions {
+    bool repair = false;
+};
+
+void Print(const Problem& problem) {
+    std::cout << Strong("Problem: ") << problem.what << "\n  " << problem.remedy << "\n";
+}
+
+void Print(const std::vector<Problem>& problems) {
+    for (const Problem& problem : problems)
+        Print(problem);
+}
+
+std::string TextOrEmpty(CFStringRef owned) {
+    const Text text(owned);
+    return text ? FromText(text.Get()) : "";
+}
+
+std::string RemedyFor(KestrinMIDIDatabaseState state) {
+    switch (state) {
+    case kKestrinMIDIDatabaseNoFolder:
+        return "Make the folder, or name another file with KESTRIN_MIDI_DATABASE.";
+    case kKestrinMIDIDatabaseReadOnly:
+        return "Make the file and its folder writable for you.";
+    case kKestrinMIDIDatabaseNewer:
+        return "Install the newer version of this software; the file was left as it is.";
+    case kKestrinMIDIDatabaseForeign:
+        return "Name another file with KESTRIN_MIDI_DATABASE; this one was left as it is.";
+    case kKestrinMIDIDatabaseLocked:
+        return "End the program that keeps it locked, then try again.";
+    default:
+        return "\"midisetup doctor --repair\" sets the file aside and saves what can be read.";
+    }
+}
+
+std::vector<Problem> FindDatabaseProblems() {
+    const KestrinMIDIDatabaseState state = KestrinMIDIGetDatabaseState();
+    if (state != kKestrinMIDIDatabaseReady)
+        return {{Printable(TextOrEmpty(KestrinMIDICopyDatabaseProblem())), RemedyFor(state)}};
+    const std::string damage = TextOrEmpty(KestrinMIDICopyDatabaseDamage());
+    if (damage.empty())
+        return {};
+    return {
+        {"The database is damaged: " + Printable(damage), RemedyFor(kKestrinMIDIDatabaseDamaged)}};
+}
+
+std::vector<Problem> FindSequencerProblems() {
+    switch (KestrinMIDIGetSequencerState()) {
+    case kKestrinMIDISequencerMissing:
+        return {{"This machine has no MIDI sequencer, so that plugged devices cannot be seen.",
+                 "Load the kernel's: sudo modprobe snd-seq"}};
+    case kKestrinMIDISequencerNotPermitted:
+        return {{"You may not open the MIDI sequencer, so that plugged devices cannot be seen.",
+                 "Join the group of /dev/snd/seq, most often \"audio\", and log in anew: "
+                 "sudo usermod -aG audio \"$USER\""}};
+    default:
+        return {};
+    }
+}
+
+std::vector<Problem> FindStudioProblems() {
+    const Studio studio = ReadStudio();
+    const ObjectNames names(studio);
+    std::vector<Problem> problems = FindLooseCables(names);
+    for (auto& more : {FindUnreachableSurfaces(studio, names), FindSharedPlaces(studio)})
+        problems.insert(problems.end(), more.begin(), more.end());
+    return problems;
+}
+
+void Repair() {
+    CFStringRef savedAs = nullptr;
+    KestrinMIDIRepairCounts counts{};
+    const OSStatus status = KestrinMIDIRepairDatabase(&savedAs, &counts);
+    if (status == kMIDINotPermitted) {
+        std::cout << "The database needs no repair.\n";
+        return;
+    }
+    Check(status, "set the damaged database aside");
+    std::cout << "The damaged database was set aside as " << Printable(TextOrEmpty(savedAs))
+              << ".\nSaved into a new one: " << counts.objects << " objects and "
+              << counts.properties << " properties; " << counts.lost << " made no sense.\n";
+}
+
+int Doctor(const DoctorOptions& options) {
+    std::cout << "Database: " << Printable(TextOrEmpty(KestrinMIDICopyDatabasePath())) << "\n";
+    if (options.repair)
+        Repair();
+    if (const auto problems = FindDatabaseProblems(); !problems.empty()) {
+        Print(problems);
+        return kExitDatabase;
+    }
+    const auto sequencerProblems = FindSequencerProblems();
+    const auto studioProblems = FindStudioProblems();
+    Print(sequencerProblems);
+    Print(studioProblems);
+    if (!studioProblems.empty())
+        return kExitFailed;
+    if (!sequencerProblems.empty())
+        return kExitSequencer;
+    std::cout << "No problems were found.\n";
+    return kExitDone;
+}
+
+} // namespace
+
+void AddDoctorCommand(CLI::App& program, Action& chosen) {
+    CLI::App* doctor = program.add_subcommand(
+        "doctor", "Look for problems, explain them and tell what to do.\n"
+                  "Ends with 0 when all is well, 1 for problems of the studio, 3 when the\n"
+                  "database cannot be used, 4 when only the sequencer cannot.");
+    auto options = OptionsFor(doctor, chosen, Doctor);
+    doctor->add_flag("--repair", options->repair,
+                     "Set a damaged database aside and save what can be read into a new one");
+}
+
+} // namespace MidiSetup

@@ -1,0 +1,286 @@
+#include "tools/midisetup/Import.h"
+
+#include "tools/midisetup/Building.h"
+#include "tools/midisetup/Failure.h"
+#include "tools/midisetup/Output.h"
+#include "tools/midisetup/Properties.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+
+namespace MidiSetup {
+
+namespace {
+
+using Properties = std::map<std::string, PropertyValue>;
+
+const Json& Member(const Json& object, const char* key, Json::value_t type) {
+    if (!object.is_object() || !object.contains(key) || object[key].type() != type)
+        throw Failure("the document is not of the expected form: \"" + std::string(key) +
+                      "\" is missing or of another type");
+    return object[key];
+}
+
+const Json& List(const Json& object, const char* key) {
+    return Member(object, key, Json::value_t::array);
+}
+
+MIDIUniqueID IDIn(const Json& object) {
+    if (!object.is_object() || !object.contains("uniqueID") ||
+        !object["uniqueID"].is_number_integer())
+        throw Failure("the document is not of the expected form: an object has no \"uniqueID\"");
+    return std::get<SInt32>(ValueFromJson("uniqueID", object["uniqueID"]));
+}
+
+/// What the service itself says of an object is not for bringing in.
+bool IsTheServices(const std::string& key) {
+    return key == "uniqueID" || key == "offline" || key == "driver";
+}
+
+Properties PropertiesIn(const Json& object) {
+    Properties properties;
+    for (const auto& [key, value] : Member(object, "properties", Json::value_t::object).items()) {
+        if (!IsTheServices(key))
+            properties.emplace(key, ValueFromJson(key, value));
+    }
+    return properties;
+}
+
+std::string TextIn(const Properties& properties, const char* key) {
+    const auto found = properties.find(key);
+    const auto* text =
+        found == properties.end() ? nullptr : std::get_if<std::string>(&found->second);
+    return text != nullptr ? *text : "";
+}
+
+/// Sets what differs, removes what the document lacks.
+void ApplyProperties(MIDIObjectRef object, const Properties& wanted) {
+    for (const auto& [key, value] : OwnProperties(object)) {
+        if (wanted.count(key) == 0 && !IsTheServices(key))
+            RemoveProperty(object, key);
+    }
+    for (const auto& [key, value] : wanted) {
+        if (GetProperty(object, key) != value)
+            SetProperty(object, key, value);
+    }
+}
+
+/// The objects that a document tells of, made in the order of their creation: first the unique ID,
+/// by which others refer to it, then the properties.
+void ApplyIdentity(MIDIObjectRef object, const Json& json) {
+    SetProperty(object, "uniqueID", IDIn(json));
+    ApplyProperties(object, PropertiesIn(json));
+}
+
+void BuildPortFrom(MIDIDeviceRef device, const Json& json) {
+    const Json& sources = List(json, "sources");
+    const Json& destinations = List(json, "destinations");
+    const MIDIEntityRef entity =
+        BuildPort(device, TextIn(PropertiesIn(json), "name"), sources.size(), destinations.size());
+    ApplyIdentity(entity, json);
+    for (std::size_t i = 0; i < sources.size(); ++i)
+        ApplyIdentity(MIDIEntityGetSource(entity, i), sources[i]);
+    for (std::size_t i = 0; i < destinations.size(); ++i)
+        ApplyIdentity(MIDIEntityGetDestination(entity, i), destinations[i]);
+}
+
+void BuildDeviceFrom(DeviceKind kind, const Json& json) {
+    const Properties properties = PropertiesIn(json);
+    const MIDIDeviceRef device =
+        BuildDevice(kind, {TextIn(properties, "name"), TextIn(properties, "manufacturer"),
+                           TextIn(properties, "model")});
+    ApplyIdentity(device, json);
+    for (const Json& port : List(json, "entities"))
+        BuildPortFrom(device, port);
+}
+
+/// Reads the whole of a device, so that a fault in it is found before anything is changed.
+void CheckDevice(const Json& json, std::unordered_set<MIDIUniqueID>& seen);
+
+void CheckObject(const Json& json, std::unordered_set<MIDIUniqueID>& seen) {
+    if (!seen.insert(IDIn(json)).second)
+        throw Failure("the document gives the unique ID " + std::to_string(IDIn(json)) + " twice");
+    PropertiesIn(json);
+}
+
+void CheckDevice(const Json& json, std::unordered_set<MIDIUniqueID>& seen) {
+    CheckObject(json, seen);
+    for (const Json& port : List(json, "entities")) {
+        CheckObject(port, seen);
+        for (const Json& source : List(port, "sources"))
+            CheckObject(source, seen);
+        for (const Json& destination : List(port, "destinations"))
+            CheckObject(destination, seen);
+    }
+}
+
+std::optional<DeviceKind> KindIn(const Json& json) {
+    const std::string kind = Member(json, "kind", Json::value_t::string).get<std::string>();
+    for (const DeviceKind known :
+         {DeviceKind::kCard, DeviceKind::kInterface, DeviceKind::kExternal})
+        if (kind == KindName(known))
+            return known;
+    return std::nullopt;
+}
+
+std::string ShownValue(const std::string& key, const PropertyValue& value) {
+    return Printable(ValueToJson(key, value).dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+class Planner {
+public:
+    Planner(const Studio& studio, const ObjectNames& names)
+        : fStudio(studio)
+        , fNames(names) {}
+
+    void PlanDevice(const Json& json);
+    void PlanEndpoint(const Json& json);
+    ImportPlan Take() { return std::move(fPlan); }
+
+private:
+    const Device* Match(const Json& json, DeviceKind kind) const;
+    const Device* MatchCard(const Json& json) const;
+    void PlanKnownDevice(const Device& device, const Json& json);
+    void PlanPort(const Device& device, std::size_t index, const Json& json);
+    void PlanEndpoints(const std::vector<Endpoint>& endpoints, const Json& list,
+                       const std::string& port);
+    void PlanProperties(MIDIObjectRef object, const Json& json);
+    void Note(std::string text) { fPlan.notes.push_back(std::move(text)); }
+
+    const Studio& fStudio;
+    const ObjectNames& fNames;
+    ImportPlan fPlan;
+};
+
+void Planner::PlanDevice(const Json& json) {
+    const auto kind = KindIn(json);
+    if (!kind)
+        throw Failure("the document has a device of an unknown kind");
+    const std::string name = Printable(TextIn(PropertiesIn(json), "name"));
+    if (const Device* device = Match(json, *kind))
+        PlanKnownDevice(*device, json);
+    else if (*kind == DeviceKind::kCard)
+        Note(name + " is left out: it was never plugged in here");
+    else if (fNames.WithID(IDIn(json)) != nullptr)
+        Note(name + " is left out: " + fNames.Describe(IDIn(json)) + " has its unique ID");
+    else
+        fPlan.changes.push_back({"add " + std::string(KindName(*kind)) + " " + name,
+                                 [json, kind] { BuildDeviceFrom(*kind, json); }});
+}
+
+const Device* Planner::Match(const Json& json, DeviceKind kind) const {
+    const NamedObject* object = fNames.WithID(IDIn(json));
+    const bool isMatch = object != nullptr && object->device != nullptr &&
+                         object->entity == nullptr && object->device->kind == kind;
+    if (isMatch)
+        return object->device;
+    return kind == DeviceKind::kCard ? MatchCard(json) : nullptr;
+}
+
+const Device* Planner::MatchCard(const Json& json) const {
+    const Properties wanted = PropertiesIn(json);
+    for (const Device& device : fStudio.devices) {
+        const bool isSame =
+            device.kind == DeviceKind::kCard && device.name == TextIn(wanted, "name") &&
+            GetString(device.reference, kMIDIPropertyManufacturer).value_or("") ==
+                TextIn(wanted, "manufacturer") &&
+            GetString(device.reference, kMIDIPropertyModel).value_or("") == TextIn(wanted, "model");
+        if (isSame)
+            return &device;
+    }
+    return nullptr;
+}
+
+void Planner::PlanKnownDevice(const Device& device, const Json& json) {
+    PlanProperties(device.reference, json);
+    const Json& ports = List(json, "entities");
+    for (std::size_t i = 0; i < ports.size(); ++i)
+        PlanPort(device, i, ports[i]);
+}
+
+void Planner::PlanPort(const Device& device, std::size_t index, const Json& json) {
+    const std::string name = Printable(device.name + ":" + TextIn(PropertiesIn(json), "name"));
+    if (index < device.entities.size()) {
+        const Entity& entity = device.entities[index];
+        PlanProperties(entity.reference, json);
+        PlanEndpoints(entity.sources, List(json, "sources"), name);
+        PlanEndpoints(entity.destinations, List(json, "destinations"), name);
+    } else if (device.kind == DeviceKind::kCard || fNames.WithID(IDIn(json)) != nullptr) {
+        Note(name + " is left out: the device has no such port here");
+    } else {
+        fPlan.changes.push_back({"add port " + name, [reference = device.reference, json] {
+                                     BuildPortFrom(reference, json);
+                                 }});
+    }
+}
+
+void Planner::PlanEndpoints(const std::vector<Endpoint>& endpoints, const Json& list,
+                            const std::string& port) {
+    if (endpoints.size() != list.size())
+        Note(port + " has another number of sources or destinations here");
+    for (std::size_t i = 0; i < std::min(endpoints.size(), list.size()); ++i)
+        PlanProperties(endpoints[i].reference, list[i]);
+}
+
+void Planner::PlanEndpoint(const Json& json) {
+    const std::string name = Printable(TextIn(PropertiesIn(json), "name"));
+    const NamedObject* object = fNames.WithID(IDIn(json));
+    if (object != nullptr && object->device == nullptr)
+        PlanProperties(object->reference, json);
+    else
+        Note(name + " is left out: no program has this port here");
+}
+
+void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
+    const NamedObject* object =
+        fNames.WithID(GetInteger(reference, kMIDIPropertyUniqueID).value_or(kMIDIInvalidUniqueID));
+    const std::string of = " of " + (object != nullptr ? Printable(object->path) : "an object");
+    const Properties wanted = PropertiesIn(json);
+    Properties present;
+    for (auto& [key, value] : OwnProperties(reference)) {
+        if (wanted.count(key) == 0 && !IsTheServices(key))
+            fPlan.changes.push_back({"remove " + Printable(key) + of,
+                                     [reference, name = key] { RemoveProperty(reference, name); }});
+        present.emplace(key, std::move(value));
+    }
+    for (const auto& [key, value] : wanted) {
+        const auto found = present.find(key);
+        if (found == present.end() || found->second != value)
+            fPlan.changes.push_back({"set " + Printable(key) + of + " to " + ShownValue(key, value),
+                                     [reference, name = key, wantedValue = value] {
+                                         SetProperty(reference, name, wantedValue);
+                                     }});
+    }
+}
+
+} // namespace
+
+ImportPlan PlanImport(const Json& document, const Studio& studio, const ObjectNames& names) {
+    std::unordered_set<MIDIUniqueID> seen;
+    for (const Json& device : List(document, "devices"))
+        CheckDevice(device, seen);
+    for (const Json& endpoint : List(document, "endpoints"))
+        CheckObject(endpoint, seen);
+
+    Planner planner(studio, names);
+    for (const Json& device : List(document, "devices"))
+        planner.PlanDevice(device);
+    for (const Json& endpoint : List(document, "endpoints"))
+        planner.PlanEndpoint(endpoint);
+    return planner.Take();
+}
+
+Json ParseDocument(const std::string& text) {
+    Json document = Json::parse(text, nullptr, false);
+    if (document.is_discarded())
+        throw Failure("the document is not JSON");
+    const bool isOurs = document.is_object() && document.value("format", Json()) == "midisetup";
+    if (!isOurs)
+        throw Failure("the document is not one that \"midisetup export\" wrote");
+    if (document.value("version", Json()) != 1)
+        throw Failure("the document was written by a newer midisetup");
+    return document;
+}
+
+} // namespace MidiSetup

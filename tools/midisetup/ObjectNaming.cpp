@@ -1,0 +1,163 @@
+#include "tools/midisetup/ObjectNaming.h"
+
+#include "tools/midisetup/Failure.h"
+#include "tools/midisetup/Output.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace MidiSetup {
+
+namespace {
+
+std::optional<MIDIUniqueID> ParseID(std::string_view text) {
+    MIDIUniqueID id = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return id;
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& letter : lower) {
+        if (letter >= 'A' && letter <= 'Z')
+            letter = static_cast<char>(letter - 'A' + 'a');
+    }
+    return lower;
+}
+
+/// How many letters must be put in, left out or changed to make one text of the other.
+std::size_t EditDistance(std::string_view one, std::string_view other) {
+    std::vector<std::size_t> row(other.size() + 1);
+    for (std::size_t i = 0; i < row.size(); ++i)
+        row[i] = i;
+    for (std::size_t i = 0; i < one.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < other.size(); ++j) {
+            const std::size_t change = diagonal + (one[i] == other[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({row[j] + 1, diagonal + 1, change});
+        }
+    }
+    return row.back();
+}
+
+/// Names longer than this are compared by their parts only.
+constexpr std::size_t kLongestMisspelt = 200;
+
+bool IsSimilar(const std::string& given, const std::string& name) {
+    if (name.find(given) != std::string::npos)
+        return true;
+    if (given.size() > kLongestMisspelt || name.size() > kLongestMisspelt)
+        return false;
+    return EditDistance(given, name) <= given.size() / 4 + 1;
+}
+
+bool IsCalled(const NamedObject& object, std::string_view given) {
+    const auto& names = object.otherNames;
+    return object.path == given || std::find(names.begin(), names.end(), given) != names.end();
+}
+
+std::string CandidateLines(const std::vector<const NamedObject*>& candidates) {
+    constexpr std::size_t kMostShown = 10;
+    std::string lines;
+    for (std::size_t i = 0; i < candidates.size() && i < kMostShown; ++i) {
+        const NamedObject& candidate = *candidates[i];
+        lines += "\n  " + Printable(candidate.path) + "  (" + candidate.kind + ", unique ID " +
+                 std::to_string(candidate.id) + ")";
+    }
+    if (candidates.size() > kMostShown)
+        lines += "\n  and " + std::to_string(candidates.size() - kMostShown) + " more";
+    return lines;
+}
+
+} // namespace
+
+ObjectNames::ObjectNames(const Studio& studio) {
+    for (const Device& device : studio.devices)
+        AddDevice(device);
+    for (const Endpoint& endpoint : studio.programEndpoints)
+        AddEndpoint(nullptr, nullptr, endpoint);
+}
+
+void ObjectNames::AddDevice(const Device& device) {
+    Add({device.reference, device.id, KindName(device.kind), device.name, {}, &device, nullptr});
+    for (const Entity& entity : device.entities)
+        AddEntity(device, entity);
+}
+
+void ObjectNames::AddEntity(const Device& device, const Entity& entity) {
+    const std::string path = device.name + ":" + entity.name;
+    Add({entity.reference, entity.id, "port", path, {}, &device, &entity});
+    for (const Endpoint& source : entity.sources)
+        AddEndpoint(&device, &entity, source);
+    for (const Endpoint& destination : entity.destinations)
+        AddEndpoint(&device, &entity, destination);
+}
+
+void ObjectNames::AddEndpoint(const Device* device, const Entity* entity,
+                              const Endpoint& endpoint) {
+    const std::string kind = endpoint.isSource ? "source" : "destination";
+    NamedObject object{
+        endpoint.reference, endpoint.id, kind, endpoint.name + ":" + kind, {}, device, entity};
+    if (entity == nullptr)
+        object.otherNames = {endpoint.name};
+    else
+        object.path = device->name + ":" + entity->name + ":" + kind;
+    // A jack's name of its own may name the endpoint too.
+    if (entity != nullptr && endpoint.name != entity->name)
+        object.otherNames = {device->name + ":" + endpoint.name};
+    Add(std::move(object));
+}
+
+void ObjectNames::Add(NamedObject object) {
+    fByID.emplace(object.id, fObjects.size());
+    fObjects.push_back(std::move(object));
+}
+
+const NamedObject& ObjectNames::Named(std::string_view given) const {
+    if (const auto id = ParseID(given)) {
+        if (const NamedObject* object = WithID(*id))
+            return *object;
+    }
+    std::vector<const NamedObject*> called;
+    for (const NamedObject& object : fObjects) {
+        if (IsCalled(object, given))
+            called.push_back(&object);
+    }
+    if (called.size() == 1)
+        return *called.front();
+
+    const std::string quoted = "\"" + Printable(given) + "\"";
+    if (called.size() > 1)
+        throw Failure(quoted + " names more than one; use the unique ID:" + CandidateLines(called));
+    const auto similar = Similar(given);
+    if (!similar.empty())
+        throw Failure("nothing is called " + quoted + "; did you mean" + CandidateLines(similar));
+    throw Failure("nothing is called " + quoted + "; \"midisetup list\" shows what there is");
+}
+
+std::vector<const NamedObject*> ObjectNames::Similar(std::string_view given) const {
+    std::vector<const NamedObject*> similar;
+    const std::string wanted = LowerCase(given);
+    for (const NamedObject& object : fObjects) {
+        if (!wanted.empty() && IsSimilar(wanted, LowerCase(object.path)))
+            similar.push_back(&object);
+    }
+    return similar;
+}
+
+const NamedObject* ObjectNames::WithID(MIDIUniqueID id) const {
+    const auto found = fByID.find(id);
+    return found == fByID.end() ? nullptr : &fObjects[found->second];
+}
+
+std::string ObjectNames::Describe(MIDIUniqueID id) const {
+    const NamedObject* object = WithID(id);
+    return object != nullptr ? Printable(object->path)
+                             : "an object that is gone (unique ID " + std::to_string(id) + ")";
+}
+
+} // namespace MidiSetup

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace MidiSetup {
+
+/// The text with everything that is not a visible character (control characters, marks that turn
+/// the reading direction, bytes that are no UTF-8) written as an escape, so that no name can
+/// disturb a terminal or feign another line.
+std::string Printable(std::string_view text);
+
+/// The text emphasised or toned down on standard output, if that is a terminal that may show colour
+/// (NO_COLOR unset or empty); else the text alone.
+std::string Strong(const std::string& text);
+std::string Faint(const std::string& text);
+
+} // namespace MidiSetup

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Platform/CoreFoundation/CFHolder.h"
+
+#include <CoreMIDI/CoreMIDI.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+/// The MIDI service's texts and properties as values of the standard library. Text is UTF-8.
+namespace MidiSetup {
+
+using Text = CFHolder<CFStringRef>;
+using Bytes = std::vector<unsigned char>;
+using PropertyValue = std::variant<SInt32, std::string, Bytes>;
+
+std::string FromText(CFStringRef text);
+
+/// Throws Failure when `utf8` is not valid UTF-8.
+Text ToText(std::string_view utf8);
+
+/// The value that the object answers with, its own or its owner's.
+std::optional<PropertyValue> GetProperty(MIDIObjectRef object, const std::string& key);
+std::optional<SInt32> GetInteger(MIDIObjectRef object, CFStringRef key);
+std::optional<std::string> GetString(MIDIObjectRef object, CFStringRef key);
+
+/// The object's own properties, by key; the unique ID is not among them.
+std::vector<std::pair<std::string, PropertyValue>> OwnProperties(MIDIObjectRef object);
+
+/// Both throw Failure when the service refuses.
+void SetProperty(MIDIObjectRef object, const std::string& key, const PropertyValue& value);
+void RemoveProperty(MIDIObjectRef object, const std::string& key);
+
+/// Throws Failure with the meaning of `status` unless it is success. `action` completes "cannot …".
+void Check(OSStatus status, const std::string& action);
+
+/// Bytes as pairs of hexadecimal digits, and back; nothing when `hex` is not that.
+std::string ToHex(const Bytes& bytes);
+std::optional<Bytes> FromHex(std::string_view hex);
+
+} // namespace MidiSetup

@@ -1,0 +1,119 @@
+#include "tools/midisetup/Studio.h"
+
+#include "app/SurfaceDiscovery.h"
+#include "app/SurfaceGroups.h"
+#include "tools/midisetup/Failure.h"
+#include "tools/midisetup/Properties.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
+
+#include <algorithm>
+
+namespace MidiSetup {
+
+namespace {
+
+MIDIUniqueID IDOf(MIDIObjectRef object) {
+    return GetInteger(object, kMIDIPropertyUniqueID).value_or(0);
+}
+
+std::string NameOf(MIDIObjectRef object) {
+    return GetString(object, kMIDIPropertyName).value_or("");
+}
+
+bool IsOffline(MIDIObjectRef object) {
+    return GetInteger(object, kMIDIPropertyOffline).value_or(0) != 0;
+}
+
+Endpoint ReadEndpoint(MIDIEndpointRef reference, bool isSource) {
+    return {reference, IDOf(reference), NameOf(reference), isSource, IsOffline(reference)};
+}
+
+Entity ReadEntity(MIDIEntityRef reference) {
+    Entity entity{reference, IDOf(reference), NameOf(reference), {}, {}};
+    const ItemCount sources = MIDIEntityGetNumberOfSources(reference);
+    for (ItemCount i = 0; i < sources; ++i)
+        entity.sources.push_back(ReadEndpoint(MIDIEntityGetSource(reference, i), true));
+    const ItemCount destinations = MIDIEntityGetNumberOfDestinations(reference);
+    for (ItemCount i = 0; i < destinations; ++i)
+        entity.destinations.push_back(ReadEndpoint(MIDIEntityGetDestination(reference, i), false));
+    return entity;
+}
+
+Device ReadDevice(MIDIDeviceRef reference, DeviceKind kind) {
+    Device device{reference, IDOf(reference), kind, NameOf(reference), IsOffline(reference), {}};
+    const ItemCount entities = MIDIDeviceGetNumberOfEntities(reference);
+    for (ItemCount i = 0; i < entities; ++i)
+        device.entities.push_back(ReadEntity(MIDIDeviceGetEntity(reference, i)));
+    return device;
+}
+
+DeviceKind KindOf(MIDIDeviceRef reference) {
+    return GetString(reference, kMIDIPropertyDriverOwner) ? DeviceKind::kCard
+                                                          : DeviceKind::kInterface;
+}
+
+Endpoint ReadProgramEndpoint(MIDIEndpointRef reference) {
+    MIDIObjectType type = kMIDIObjectType_Other;
+    MIDIObjectFindByUniqueID(IDOf(reference), nullptr, &type);
+    return ReadEndpoint(reference, type == kMIDIObjectType_Source);
+}
+
+bool IsSurfacePort(const Endpoint& endpoint) {
+    return IsEndpointAVirtualMIDIPort(endpoint.reference) != 0;
+}
+
+} // namespace
+
+Studio ReadStudio() {
+    RequireDatabase();
+    Studio studio;
+    const ItemCount devices = MIDIGetNumberOfDevices();
+    for (ItemCount i = 0; i < devices; ++i) {
+        const MIDIDeviceRef reference = MIDIGetDevice(i);
+        studio.devices.push_back(ReadDevice(reference, KindOf(reference)));
+    }
+    const ItemCount externals = MIDIGetNumberOfExternalDevices();
+    for (ItemCount i = 0; i < externals; ++i)
+        studio.devices.push_back(ReadDevice(MIDIGetExternalDevice(i), DeviceKind::kExternal));
+    const ItemCount endpoints = KestrinMIDIGetNumberOfVirtualEndpoints();
+    for (ItemCount i = 0; i < endpoints; ++i)
+        studio.programEndpoints.push_back(ReadProgramEndpoint(KestrinMIDIGetVirtualEndpoint(i)));
+    return studio;
+}
+
+void RequireDatabase() {
+    if (KestrinMIDIGetDatabaseState() == kKestrinMIDIDatabaseReady)
+        return;
+    const Text problem(KestrinMIDICopyDatabaseProblem());
+    throw Failure((problem ? FromText(problem.Get()) : "The MIDI database cannot be used.") +
+                  "\n\"midisetup doctor\" tells what to do.");
+}
+
+const char* KindName(DeviceKind kind) {
+    switch (kind) {
+    case DeviceKind::kCard:
+        return "card";
+    case DeviceKind::kInterface:
+        return "interface";
+    case DeviceKind::kExternal:
+        return "external";
+    }
+    return "";
+}
+
+GroupSettings StoredSettings(MIDIObjectRef object) {
+    return {GetInteger(object, ToText(kGroupIDKey).Get()),
+            GetInteger(object, ToText(kGroupPositionKey).Get())};
+}
+
+bool IsSurface(const Device& device) {
+    if (device.kind == DeviceKind::kExternal)
+        return IsUniqueIDOurDevice(device.id);
+    return std::any_of(device.entities.begin(), device.entities.end(), [](const Entity& entity) {
+        return std::any_of(entity.sources.begin(), entity.sources.end(), IsSurfacePort) &&
+               std::any_of(entity.destinations.begin(), entity.destinations.end(), IsSurfacePort);
+    });
+}
+
+} // namespace MidiSetup

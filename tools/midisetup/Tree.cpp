@@ -1,0 +1,156 @@
+#include "tools/midisetup/Tree.h"
+
+#include "tools/midisetup/Connections.h"
+#include "tools/midisetup/Output.h"
+#include "tools/midisetup/Properties.h"
+
+#include <algorithm>
+#include <set>
+
+namespace MidiSetup {
+
+namespace {
+
+/// A name that a person can see, even where there is none.
+std::string ShownName(const std::string& name) {
+    return name.empty() ? "(no name)" : Printable(name);
+}
+
+std::string SettingText(const char* caption, std::optional<SInt32> value) {
+    return std::string(caption) + (value ? std::to_string(*value) : "not set");
+}
+
+std::string SettingsText(const Device& device) {
+    const GroupSettings settings = StoredSettings(device.reference);
+    if (settings.group || settings.position)
+        return SettingText(", surface: group ", settings.group) +
+               SettingText(", position ", settings.position);
+    return IsSurface(device) ? ", surface: new, no group yet" : "";
+}
+
+std::string DirectionsOf(const Entity& entity) {
+    if (entity.destinations.empty())
+        return entity.sources.empty() ? "no direction" : "in";
+    return entity.sources.empty() ? "out" : "in, out";
+}
+
+std::set<MIDIUniqueID> ConnectedTo(const std::vector<Endpoint>& endpoints) {
+    std::set<MIDIUniqueID> ids;
+    for (const Endpoint& endpoint : endpoints) {
+        for (const MIDIUniqueID id : ConnectionsOf(endpoint.reference))
+            ids.insert(id);
+    }
+    return ids;
+}
+
+/// The cables of a port, one line each; a cable in one direction only is drawn as an arrow.
+std::string CableLines(const Entity& entity, const ObjectNames& names) {
+    const std::set<MIDIUniqueID> in = ConnectedTo(entity.sources);
+    const std::set<MIDIUniqueID> out = ConnectedTo(entity.destinations);
+    std::set<MIDIUniqueID> all = in;
+    all.insert(out.begin(), out.end());
+
+    std::string lines;
+    for (const MIDIUniqueID id : all) {
+        const bool both = in.count(id) != 0 && out.count(id) != 0;
+        const char* cable = both ? "<->" : in.count(id) != 0 ? "<--" : "-->";
+        lines += std::string("      ") + cable + " " + names.Describe(id) + "\n";
+    }
+    return lines;
+}
+
+std::string DeviceLines(const Device& device, const ObjectNames& names) {
+    std::string head = "  " + Strong(ShownName(device.name));
+    if (device.kind == DeviceKind::kInterface)
+        head += " (added)";
+    if (device.isOffline)
+        head += Faint(" (offline)");
+    head += SettingsText(device) + Faint("  #" + std::to_string(device.id)) + "\n";
+    for (const Entity& entity : device.entities) {
+        head += "    " + ShownName(entity.name) + " (" + DirectionsOf(entity) + ")\n";
+        if (device.kind != DeviceKind::kExternal)
+            head += CableLines(entity, names);
+    }
+    return head;
+}
+
+std::string DevicesSection(const char* title, const Studio& studio, const ObjectNames& names,
+                           bool external) {
+    std::string lines;
+    for (const Device& device : studio.devices) {
+        if ((device.kind == DeviceKind::kExternal) == external)
+            lines += DeviceLines(device, names);
+    }
+    return lines.empty() ? "" : std::string(title) + "\n" + lines;
+}
+
+std::string ProgramsSection(const Studio& studio) {
+    std::string lines;
+    for (const Endpoint& endpoint : studio.programEndpoints) {
+        lines += "  " + ShownName(endpoint.name) + (endpoint.isSource ? " (in)" : " (out)") +
+                 (endpoint.isOffline ? Faint(" (offline)") : "") +
+                 Faint("  #" + std::to_string(endpoint.id)) + "\n";
+    }
+    return lines.empty() ? "" : "Ports of programs\n" + lines;
+}
+
+std::string ValueText(const std::string& key, const PropertyValue& value,
+                      const ObjectNames& names) {
+    if (key == FromText(kMIDIPropertyConnectionUniqueID)) {
+        std::string connected;
+        for (const MIDIUniqueID id : ConnectionsIn(value))
+            connected += (connected.empty() ? "" : ", ") + names.Describe(id);
+        return connected;
+    }
+    if (const auto* number = std::get_if<SInt32>(&value))
+        return std::to_string(*number);
+    if (const auto* text = std::get_if<std::string>(&value))
+        return "\"" + Printable(*text) + "\"";
+    return "data " + ToHex(std::get<Bytes>(value));
+}
+
+class PropertyLister {
+public:
+    explicit PropertyLister(const ObjectNames& names)
+        : fNames(names) {}
+
+    /// The object's own properties, less those that an object listed before hides.
+    std::string Lines(MIDIObjectRef object, const std::string& from) {
+        std::string lines;
+        for (const auto& [key, value] : OwnProperties(object)) {
+            if (fListed.insert(key).second)
+                lines += "  " + Printable(key) + ": " + ValueText(key, value, fNames) +
+                         Faint(from) + "\n";
+        }
+        return lines;
+    }
+
+private:
+    const ObjectNames& fNames;
+    std::set<std::string> fListed;
+};
+
+} // namespace
+
+std::string TreeOf(const Studio& studio, const ObjectNames& names) {
+    std::string tree = DevicesSection("Interfaces", studio, names, false) +
+                       DevicesSection("External devices", studio, names, true) +
+                       ProgramsSection(studio);
+    return tree.empty() ? "There are no MIDI devices. \"midisetup add\" adds one by hand, "
+                          "\"midisetup demo\" a demonstration studio.\n"
+                        : tree;
+}
+
+std::string DetailsOf(const NamedObject& object, const ObjectNames& names) {
+    std::string lines = Strong(ShownName(object.path)) + "\n  kind: " + object.kind +
+                        "\n  unique ID: " + std::to_string(object.id) + "\n";
+    PropertyLister lister(names);
+    lines += lister.Lines(object.reference, "");
+    if (object.entity != nullptr && object.entity->reference != object.reference)
+        lines += lister.Lines(object.entity->reference, "  (from its port)");
+    if (object.device != nullptr && object.device->reference != object.reference)
+        lines += lister.Lines(object.device->reference, "  (from its device)");
+    return lines;
+}
+
+} // namespace MidiSetup
