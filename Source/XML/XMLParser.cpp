@@ -69,11 +69,6 @@ bool IsText(int nodeType) {
     return nodeType == XML_READER_TYPE_TEXT || nodeType == XML_READER_TYPE_CDATA;
 }
 
-bool MayGrow(int nodeType) {
-    return nodeType == XML_READER_TYPE_TEXT || nodeType == XML_READER_TYPE_WHITESPACE ||
-           nodeType == XML_READER_TYPE_SIGNIFICANT_WHITESPACE;
-}
-
 } // namespace
 
 void Parser::ReaderDeleter::operator()(_xmlTextReader* reader) const {
@@ -183,12 +178,6 @@ bool Parser::ReadNode() {
 }
 
 int Parser::NodeType() {
-    int nodeType = Checked(xmlTextReaderNodeType(fReader.get()));
-    if (!MayGrow(nodeType))
-        return nodeType;
-    // libxml2 hands out a long text behind a comment while it is still coming in.
-    const EntityGuard::Refusal refusal(fError);
-    xmlTextReaderExpand(fReader.get());
     return Checked(xmlTextReaderNodeType(fReader.get()));
 }
 
