@@ -112,10 +112,9 @@ void NativeView::MakeFirstResponder() {
     QtWindow* const window = WindowOf(*fData->widget);
     if (!window)
         return;
-    const QPointer<QtWindow> guard = window;
+    const QtEventTarget::Running running;
     fData->widget->setFocus(Qt::MouseFocusReason);
-    if (guard)
-        guard->NoteFirstResponder();
+    window->NoteFirstResponder();
 }
 
 bool NativeView::IsFirstResponder() const {
@@ -125,6 +124,7 @@ bool NativeView::IsFirstResponder() const {
 }
 
 void NativeView::SelectNextKeyView() {
+    const QtEventTarget::Running running;
     if (QtWindow* window = WindowOf(*fData->widget))
         window->FocusNextTabStop();
 }

@@ -41,7 +41,7 @@ NativeWindow::NativeWindow(NativeWindowClient& client, unsigned style, const CGS
 NativeWindow::~NativeWindow() {
     QtWindow* const widget = fData->widget;
     widget->ForgetClient();
-    widget->hide();
+    widget->SetShown(false);
     const QObjectList children = widget->Content().children();
     for (QObject* child : children) {
         if (auto* view = dynamic_cast<QtView*>(child))
@@ -66,19 +66,18 @@ void NativeWindow::Center() {
 
 void NativeWindow::MakeKeyAndOrderFront() {
     QtWindow* const widget = fData->widget;
-    const QPointer<QtWindow> guard = widget;
+    const QtEventTarget::Running running;
     if (widget->isMinimized())
-        widget->showNormal();
-    else
-        widget->show();
-    if (!guard || !guard->isVisible())
+        widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
+    widget->SetShown(true);
+    if (!widget->isVisible())
         return;
     widget->raise();
     widget->activateWindow();
 }
 
 void NativeWindow::OrderOut() {
-    fData->widget->hide();
+    fData->widget->SetShown(false);
 }
 
 bool NativeWindow::IsKey() const {

@@ -99,6 +99,13 @@ unsigned NativeModifiersOf(Qt::KeyboardModifiers modifiers) {
     return flags;
 }
 
+bool IsModifierKey(const QKeyEvent& event) {
+    const int key = event.key();
+    return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
+           (key >= Qt::Key_Super_L && key <= Qt::Key_Hyper_R && key != Qt::Key_Menu) ||
+           (key >= Qt::Key_Dead_Grave && key <= Qt::Key_Dead_Longsolidusoverlay);
+}
+
 NativeKeyEvent NativeKeyEventOf(const QKeyEvent& event) {
     NativeKeyEvent key;
     key.characters = TypedText(event);

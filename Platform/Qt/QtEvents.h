@@ -11,6 +11,9 @@ namespace Kestrin {
 /// NativeModifier bits of the toolkit's modifiers.
 unsigned NativeModifiersOf(Qt::KeyboardModifiers modifiers);
 
+/// Whether a key does nothing by itself: such a key is no key press to the framework.
+bool IsModifierKey(const QKeyEvent& event);
+
 /// A key press as the framework knows it.
 NativeKeyEvent NativeKeyEventOf(const QKeyEvent& event);
 

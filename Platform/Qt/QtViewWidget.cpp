@@ -36,15 +36,25 @@ QtView::QtView(NativeViewClient& client)
 // Place
 
 void QtView::SetSuperview(QWidget* superview) {
-    if (superview == parentWidget())
-        return;
-    QtWindow* const window = WindowOf(*this);
-    // Left to the toolkit, the focus would go on to the next control.
-    if (window && (window->focusWidget() == this || isAncestorOf(window->focusWidget())))
-        window->setFocus();
-    setParent(superview);
-    PlaceWidget();
-    setVisible(superview && !fHidden);
+    fSuperview = superview;
+    Rearrange();
+}
+
+void QtView::SetHidden(bool hidden) {
+    fHidden = hidden;
+    Rearrange();
+}
+
+void QtView::ArrangeNow() {
+    const QPointer<QtWindow> window = WindowOf(*this);
+    if (fSuperview != parentWidget()) {
+        // Left to the toolkit, the focus would go on to the next control.
+        if (window && (window->focusWidget() == this || isAncestorOf(window->focusWidget())))
+            window->setFocus();
+        setParent(fSuperview);
+        PlaceWidget();
+    }
+    setVisible(fSuperview && !fHidden);
     if (window)
         window->NoteFirstResponder();
 }
@@ -78,18 +88,12 @@ void QtView::PlaceWidget() {
     }
 }
 
-void QtView::SetHidden(bool hidden) {
-    fHidden = hidden;
-    setVisible(parentWidget() && !hidden);
-    if (QtWindow* window = WindowOf(*this))
-        window->NoteFirstResponder();
-}
-
 // Drawing
 
 void QtView::paintEvent(QPaintEvent*) {
     if (!fClient)
         return;
+    const Drawing drawing;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(fFraction);
@@ -193,7 +197,8 @@ bool QtView::HandleEvent(QEvent& event) {
 bool QtView::HandleKey(QKeyEvent& event) {
     const bool isTarget = fClient && window()->focusWidget() == this;
     event.setAccepted(isTarget);
-    if (isTarget && !fClient->HandleKeyDown(NativeKeyEventOf(event)) && IsTab(event))
+    if (isTarget && !IsModifierKey(event) && !fClient->HandleKeyDown(NativeKeyEventOf(event)) &&
+        IsTab(event))
         focusNextPrevChild(event.key() == Qt::Key_Tab && !(event.modifiers() & Qt::ShiftModifier));
     return isTarget;
 }

@@ -9,23 +9,47 @@
 
 namespace Kestrin {
 
-/// A widget of ours that stays until its own events have returned, whoever retires it meanwhile:
-/// the toolkit would delete it already when an event loop inside such an event turns.
+/// A widget of ours. Retired, it stays until everything of ours that runs has returned: the toolkit
+/// would delete it already when an event loop inside one of its events turns. And it keeps its
+/// place while anything is drawn, since the toolkit goes through the tree of widgets then.
 class QtEventTarget : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Hides the widget, takes it out of its parent and has it deleted as soon as nothing in it
-    /// runs.
+    /// As long as one of these lives no retired widget is deleted. Whoever calls what calls hooks,
+    /// and goes on with widgets afterwards, has one.
+    class Running {
+    public:
+        Running();
+        ~Running();
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+    };
+
+    /// Hides the widget, takes it out of its parent and has it deleted as soon as nothing runs.
     void RetireSafely();
 
 protected:
+    /// Something is being drawn as long as one of these lives.
+    class Drawing {
+    public:
+        Drawing();
+        ~Drawing();
+        Drawing(const Drawing&) = delete;
+        Drawing& operator=(const Drawing&) = delete;
+    };
+
     bool event(QEvent* event) final;
     /// What QWidget::event is for.
     virtual bool HandleEvent(QEvent& event) { return QWidget::event(&event); }
 
+    /// Brings parent and visibility to what they should be, now or as soon as nothing is drawn.
+    void Rearrange();
+    /// Does that. A retired widget has been taken out of its parent before.
+    virtual void ArrangeNow() = 0;
+    bool IsRetired() const { return fRetired; }
+
 private:
-    int fEventsRunning = 0;
     bool fRetired = false;
 };
 
@@ -40,6 +64,7 @@ public:
 
     // Place
 
+    /// Null for none.
     void SetSuperview(QWidget* superview);
     void SetFrame(const CGRect& frame);
     void SetHidden(bool hidden);
@@ -64,6 +89,7 @@ public:
 
 protected:
     bool HandleEvent(QEvent& event) override;
+    void ArrangeNow() override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -83,6 +109,7 @@ private:
     NativeMouseEvent MouseEventAt(QPointF position, Qt::KeyboardModifiers modifiers) const;
 
     NativeViewClient* fClient;
+    QPointer<QWidget> fSuperview;
     CGRect fFrame{};
     QPointF fFraction;
     AccessibleRole fRole = AccessibleRole::kNone;
@@ -105,6 +132,7 @@ public:
     /// Tells the views which of them has the focus now, where that changed. Having the focus does
     /// not depend on the window being active.
     void NoteFirstResponder();
+    void SetShown(bool shown);
     void FocusNextTabStop() { focusNextPrevChild(true); }
 
     /// Puts a bar above the content, which keeps its size; null for none. The bar becomes the
@@ -113,6 +141,7 @@ public:
 
 protected:
     bool HandleEvent(QEvent& event) override;
+    void ArrangeNow() override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -120,7 +149,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void Arrange();
+    void LayOut();
     void FitToContent(QSize contentSize);
     int BarHeight() const;
 
@@ -130,6 +159,7 @@ private:
     QPointer<QtView> fFirstResponder;
     QSize fToldSize;
     bool fResizable;
+    bool fShown = false;
 };
 
 /// Makes views known to assistive technologies. Once per process.

@@ -51,10 +51,10 @@ void QtWindow::FitToContent(QSize contentSize) {
         resize(size);
     else
         setFixedSize(size);
-    Arrange();
+    LayOut();
 }
 
-void QtWindow::Arrange() {
+void QtWindow::LayOut() {
     const int bar = BarHeight();
     if (fBar)
         fBar->setGeometry(0, 0, width(), bar);
@@ -74,12 +74,21 @@ void QtWindow::SetMenuBar(QWidget* bar) {
 }
 
 void QtWindow::resizeEvent(QResizeEvent*) {
-    Arrange();
+    LayOut();
     if (fContent->size() == fToldSize)
         return;
     fToldSize = fContent->size();
     if (fClient)
         fClient->HandleResized();
+}
+
+void QtWindow::SetShown(bool shown) {
+    fShown = shown;
+    Rearrange();
+}
+
+void QtWindow::ArrangeNow() {
+    setVisible(fShown && !IsRetired());
 }
 
 // Focus and keys
@@ -99,7 +108,7 @@ void QtWindow::NoteFirstResponder() {
 }
 
 void QtWindow::keyPressEvent(QKeyEvent* event) {
-    if (fClient)
+    if (fClient && !IsModifierKey(*event))
         fClient->HandleKeyDown(NativeKeyEventOf(*event));
 }
 
@@ -137,6 +146,7 @@ void QtWindow::hideEvent(QHideEvent* event) {
 
 void QtWindow::closeEvent(QCloseEvent* event) {
     event->accept();
+    fShown = false;
     if (fClient)
         fClient->HandleClosing();
 }

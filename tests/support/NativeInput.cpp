@@ -1,0 +1,209 @@
+#include "tests/support/NativeInput.h"
+
+#include "UI/CurrentEvent.h"
+#include "UI/View.h"
+
+#include "Platform/Qt/QtText.h"
+#include "Platform/Qt/QtView.h"
+#include "Platform/UI/NativeView.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDialog>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+#include <QTextDocumentFragment>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QWidget>
+#include <QWindow>
+
+namespace NativeInput {
+
+namespace {
+
+using Kestrin::Point;
+using Kestrin::View;
+
+QWidget& WidgetOf(const View& view) {
+    return *Kestrin::WidgetOf(Kestrin::NativeViewOf(view));
+}
+
+QWindow* WindowOf(const View& view) {
+    return WidgetOf(view).window()->windowHandle();
+}
+
+QPoint InWindow(const View& view, const Point& where) {
+    QWidget& widget = WidgetOf(view);
+    return widget.mapTo(widget.window(), QPointF(where.x, where.y).toPoint());
+}
+
+Qt::KeyboardModifiers ModifiersOf(unsigned flags) {
+    Qt::KeyboardModifiers modifiers;
+    modifiers.setFlag(Qt::ShiftModifier, flags & Kestrin::kNativeShift);
+    modifiers.setFlag(Qt::ControlModifier, flags & Kestrin::kNativeControl);
+    modifiers.setFlag(Qt::AltModifier, flags & Kestrin::kNativeOption);
+    modifiers.setFlag(Qt::MetaModifier, flags & Kestrin::kNativeCommand);
+    return modifiers;
+}
+
+Qt::Key FunctionKeyOf(char16_t key) {
+    switch (key) {
+    case Kestrin::kNativeUpArrow:
+        return Qt::Key_Up;
+    case Kestrin::kNativeDownArrow:
+        return Qt::Key_Down;
+    case Kestrin::kNativeForwardDelete:
+        return Qt::Key_Delete;
+    case Kestrin::kNativeHome:
+        return Qt::Key_Home;
+    case Kestrin::kNativeEnter:
+        return Qt::Key_Enter;
+    case Kestrin::kNativeReturn:
+        return Qt::Key_Return;
+    case Kestrin::kNativeEscape:
+        return Qt::Key_Escape;
+    case Kestrin::kNativeBackspace:
+        return Qt::Key_Backspace;
+    case Kestrin::kNativeTab:
+        return Qt::Key_Tab;
+    case Kestrin::kNativeBackTab:
+        return Qt::Key_Backtab;
+    default:
+        return Qt::Key_unknown;
+    }
+}
+
+std::string RoleName(QAccessible::Role role) {
+    switch (role) {
+    case QAccessible::PushButton:
+        return "button";
+    case QAccessible::ButtonMenu:
+        return "menu button";
+    case QAccessible::StaticText:
+        return "text";
+    default:
+        return "filler";
+    }
+}
+
+} // namespace
+
+void Settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool WaitUntil(const std::function<bool()>& condition) {
+    const bool held = QTest::qWaitFor(condition, 10000);
+    Settle();
+    return held;
+}
+
+void Press(const View& view, const Point& where, unsigned flags) {
+    QTest::mousePress(WindowOf(view), Qt::LeftButton, ModifiersOf(flags), InWindow(view, where));
+    Settle();
+}
+
+void Release(const View& view, const Point& where, unsigned flags) {
+    QTest::mouseRelease(WindowOf(view), Qt::LeftButton, ModifiersOf(flags), InWindow(view, where));
+    Settle();
+}
+
+void DoubleClick(const View& view, const Point& where) {
+    QTest::mouseDClick(WindowOf(view), Qt::LeftButton, {}, InWindow(view, where));
+    Settle();
+}
+
+void Move(const View& view, const Point& where, unsigned) {
+    QTest::mouseMove(WindowOf(view), InWindow(view, where));
+    Settle();
+}
+
+void Click(const View& view, const Point& where) {
+    Press(view, where);
+    Release(view, where);
+}
+
+void Wheel(const View& view, const Point& where, double deltaX, double deltaY) {
+    const QPoint there = InWindow(view, where);
+    const QPoint turned(static_cast<int>(deltaX * 120), static_cast<int>(deltaY * 120));
+    QWheelEvent event(there, WindowOf(view)->mapToGlobal(there), {}, turned, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(WindowOf(view), &event);
+    Settle();
+}
+
+void Key(const View& anyView, char16_t key, unsigned flags) {
+    const Qt::Key named = FunctionKeyOf(key);
+    if (named == Qt::Key_unknown)
+        QTest::keyClick(WindowOf(anyView), static_cast<char>(key), ModifiersOf(flags));
+    else
+        QTest::keyClick(WindowOf(anyView), named, ModifiersOf(flags));
+    Settle();
+}
+
+void CloseWindow(const View& anyView) {
+    WidgetOf(anyView).window()->close();
+    Settle();
+}
+
+void ResizeWindow(const View& anyView, int width, int height) {
+    WidgetOf(anyView).window()->resize(width, height);
+    Settle();
+}
+
+std::string TitleOf(const View& anyView) {
+    return Kestrin::ToUtf8(WidgetOf(anyView).window()->windowTitle());
+}
+
+std::string ToolTipOf(const View& view) {
+    return Kestrin::ToUtf8(QTextDocumentFragment::fromHtml(WidgetOf(view).toolTip()).toPlainText());
+}
+
+void RunModalWindow() {
+    QDialog dialog;
+    QTimer::singleShot(0, &dialog, [&dialog] {
+        static_cast<void>(QTest::qWaitForWindowExposed(&dialog));
+        dialog.accept();
+    });
+    dialog.exec();
+}
+
+bool PressByScreenReader(const View& view) {
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&WidgetOf(view));
+    QAccessibleActionInterface* actions = spoken ? spoken->actionInterface() : nullptr;
+    const QString press = QAccessibleActionInterface::pressAction();
+    if (!actions || !actions->actionNames().contains(press))
+        return false;
+    actions->doAction(press);
+    Settle();
+    return true;
+}
+
+Spoken SpokenOf(const View& view) {
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&WidgetOf(view));
+    return {RoleName(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
+            Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
+}
+
+Picture::Picture(const View& view, double scale)
+    : fWidth(static_cast<int>(WidgetOf(view).width() * scale))
+    , fHeight(static_cast<int>(WidgetOf(view).height() * scale)) {
+    QImage image(fWidth, fHeight, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::magenta);
+    WidgetOf(view).render(&image, {}, {}, QWidget::DrawChildren);
+    for (int y = 0; y < fHeight; ++y) {
+        for (int x = 0; x < fWidth; ++x)
+            fPixels.push_back(image.pixel(x, y) & 0xFFFFFF);
+    }
+}
+
+std::uint32_t Picture::At(int x, int y) const {
+    return fPixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(fWidth) +
+                      static_cast<std::size_t>(x));
+}
+
+} // namespace NativeInput
