@@ -49,22 +49,28 @@ CGContext ContextOver(QPainter& painter) {
 CGContext::CGContext(std::unique_ptr<Data> data)
     : fData(std::move(data)) {}
 
-/// What was saved and not restored is taken back, so that the painter is left balanced.
-CGContext::~CGContext() {
-    while (fData->savedStates > 0)
-        RestoreGState();
-}
+CGContext::~CGContext() = default;
 
 void CGContext::SaveGState() {
-    fData->painter.save();
-    ++fData->savedStates;
+    const QPainter& painter = fData->painter;
+    fData->savedStates.push_back(
+        {painter.worldTransform(), painter.pen(), painter.brush(), painter.opacity()});
 }
 
 void CGContext::RestoreGState() {
-    if (fData->savedStates == 0)
+    if (fData->savedStates.empty())
         return;
-    --fData->savedStates;
-    fData->painter.restore();
+    QPainter& painter = fData->painter;
+    const Data::State& state = fData->savedStates.back();
+    if (painter.worldTransform() != state.transform)
+        painter.setWorldTransform(state.transform);
+    if (painter.pen() != state.pen)
+        painter.setPen(state.pen);
+    if (painter.brush() != state.brush)
+        painter.setBrush(state.brush);
+    if (painter.opacity() != state.opacity)
+        painter.setOpacity(state.opacity);
+    fData->savedStates.pop_back();
 }
 
 void CGContext::TranslateCTM(double tx, double ty) {

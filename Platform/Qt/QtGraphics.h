@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <vector>
 
 struct CGPath::Data {
     QPainterPath path;
@@ -16,9 +17,18 @@ struct CGContext::Data {
     explicit Data(QPainter& painterToUse)
         : painter(painterToUse) {}
 
+    /// All of a painter's state that a context can change. Kept here rather than by the painter,
+    /// whose own saving costs as much as drawing a word.
+    struct State {
+        QTransform transform;
+        QPen pen;
+        QBrush brush;
+        double opacity;
+    };
+
     QPainter& painter;
     QPainterPath path;
-    int savedStates = 0;
+    std::vector<State> savedStates;
 };
 
 namespace Kestrin {

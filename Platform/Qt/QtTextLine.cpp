@@ -165,15 +165,21 @@ void QtTextLine::Draw(CGContext& context, CGPoint origin) const {
     if (!CanBeSeen(origin))
         return;
     const Shape& shape = Shaped();
-    const QtNativeFont& font = *fStyle.font;
     QPainter& painter = context.GetData().painter;
-    context.SaveGState();
     painter.setPen(fStyle.color);
-    painter.translate(origin.x, origin.y);
-    painter.scale(font.ScaleX(), font.ScaleY());
+    QPointF glyphOrigin(origin.x, origin.y);
+    const QTransform before = painter.worldTransform();
+    const bool scaled = fStyle.font->ScaleX() != 1 || fStyle.font->ScaleY() != 1;
+    if (scaled) {
+        painter.translate(glyphOrigin);
+        painter.scale(fStyle.font->ScaleX(), fStyle.font->ScaleY());
+        glyphOrigin = {};
+    }
+    glyphOrigin.ry() -= shape.ascent;
     for (const QGlyphRun& run : shape.glyphs)
-        painter.drawGlyphRun(QPointF(0, -shape.ascent), run);
-    context.RestoreGState();
+        painter.drawGlyphRun(glyphOrigin, run);
+    if (scaled)
+        painter.setWorldTransform(before);
 }
 
 } // namespace Kestrin

@@ -64,7 +64,8 @@ public:
     CreateTruncatedLine(double width, NativeTruncation where,
                         const NativeTextLine& token) const = 0;
 
-    /// Draws the line upright with the left end of its baseline at `origin`.
+    /// Draws the line upright with the left end of its baseline at `origin`. The context's stroke
+    /// is not the same afterwards.
     virtual void Draw(CGContext& context, CGPoint origin) const = 0;
 };
 
