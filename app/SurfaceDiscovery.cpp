@@ -3,6 +3,7 @@
 #include "Platform/CoreFoundation/CFHolder.h"
 #include "app/SurfaceGroups.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -66,10 +67,12 @@ MIDIUniqueID IDAt(const Data& list, std::size_t index) {
 }
 
 bool SameBytes(const Data& one, const Data& other) {
+    if (one.Get() == other.Get())
+        return true;
     const CFIndex length = CFDataGetLength(one.Get());
     return length == CFDataGetLength(other.Get()) &&
-           std::memcmp(CFDataGetBytePtr(one.Get()), CFDataGetBytePtr(other.Get()),
-                       static_cast<std::size_t>(length)) == 0;
+           std::equal(CFDataGetBytePtr(one.Get()), CFDataGetBytePtr(one.Get()) + length,
+                      CFDataGetBytePtr(other.Get()));
 }
 
 /// Finds the first surface in lists of connected devices. The last list is remembered, because all

@@ -29,9 +29,16 @@ void AddToSetup(DeviceKind kind, MIDIDeviceRef device) {
 
 } // namespace
 
-MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description) {
+MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description,
+                          const std::function<void(MIDIDeviceRef)>& furnish) {
     const MIDIDeviceRef device = CreateDevice(kind, description);
-    AddToSetup(kind, device);
+    try {
+        furnish(device);
+        AddToSetup(kind, device);
+    } catch (...) {
+        RemoveDevice(kind, device);
+        throw;
+    }
     return device;
 }
 
@@ -45,11 +52,15 @@ MIDIEntityRef BuildPort(MIDIDeviceRef device, const std::string& name, ItemCount
 
 MIDIDeviceRef BuildDeviceWithPorts(DeviceKind kind, const DeviceDescription& description,
                                    int ports) {
-    const MIDIDeviceRef device = CreateDevice(kind, description);
-    for (int port = 1; port <= ports; ++port)
-        BuildPort(device, "Port " + std::to_string(port), 1, 1);
-    AddToSetup(kind, device);
-    return device;
+    return BuildDevice(kind, description, [ports](MIDIDeviceRef device) {
+        for (int port = 1; port <= ports; ++port)
+            BuildPort(device, "Port " + std::to_string(port), 1, 1);
+    });
+}
+
+OSStatus RemoveDevice(DeviceKind kind, MIDIDeviceRef device) {
+    return kind == DeviceKind::kExternal ? MIDISetupRemoveExternalDevice(device)
+                                         : MIDISetupRemoveDevice(device);
 }
 
 } // namespace MidiSetup

@@ -2,6 +2,7 @@
 
 #include "tools/midisetup/Studio.h"
 
+#include <functional>
 #include <string>
 
 namespace MidiSetup {
@@ -12,16 +13,22 @@ struct DeviceDescription {
     std::string model;
 };
 
-/// Makes and adds a device; `kind` is an interface or external. Throws Failure.
-MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description);
+/// Makes a device, has it furnished with ports and properties, and adds it to the setup; `kind` is
+/// an interface or external. Throws Failure, or what `furnish` throws, and then leaves no part of
+/// it.
+MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description,
+                          const std::function<void(MIDIDeviceRef)>& furnish);
 
 /// Adds a port to a device. Throws Failure.
 MIDIEntityRef BuildPort(MIDIDeviceRef device, const std::string& name, ItemCount sources,
                         ItemCount destinations);
 
-/// Makes a device with ports "Port 1", "Port 2" …, each with a source and a destination. Throws
-/// Failure, leaving no part of the device.
+/// Makes a device with ports "Port 1", "Port 2" …, each with a source and a destination, as
+/// BuildDevice does.
 MIDIDeviceRef BuildDeviceWithPorts(DeviceKind kind, const DeviceDescription& description,
                                    int ports);
+
+/// Forgets a device that was built, or one that is unplugged.
+OSStatus RemoveDevice(DeviceKind kind, MIDIDeviceRef device);
 
 } // namespace MidiSetup

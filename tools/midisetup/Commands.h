@@ -19,6 +19,9 @@ void AddTransferCommands(CLI::App& program, Action& chosen);
 void AddDemoCommand(CLI::App& program, Action& chosen);
 void AddDoctorCommand(CLI::App& program, Action& chosen);
 
+/// Adds what the help of `command` alone tells, above the footer that all commands share.
+void Explain(CLI::App* command, const std::string& details);
+
 /// Makes `run` what `command` does. The options that it is given live as long as the command.
 template <typename Options>
 std::shared_ptr<Options> OptionsFor(CLI::App* command, Action& chosen, int (*run)(const Options&)) {

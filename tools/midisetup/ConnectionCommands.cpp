@@ -102,8 +102,10 @@ int Disconnect(const CableOptions& options) {
 
 void AddConnectionCommands(CLI::App& program, Action& chosen) {
     CLI::App* connect = program.add_subcommand(
-        "connect", "Tell that an external device is cabled to a port of an interface,\n"
-                   "in both directions. A port may have several.");
+        "connect", "Tell that an external device is cabled to a port of an interface");
+    Explain(connect,
+            "Both directions of the port are connected. A port may have several devices, of "
+            "which\nprograms that look for one surface take the first.");
     auto connectOptions = OptionsFor(connect, chosen, Connect);
     connect->add_option("PORT", connectOptions->port, "\"Interface:Port 1\" or a unique ID")
         ->required();

@@ -86,10 +86,11 @@ int Demo(const DemoOptions&) {
 } // namespace
 
 void AddDemoCommand(CLI::App& program, Action& chosen) {
-    CLI::App* demo = program.add_subcommand(
-        "demo", "Fill a new database with a studio to try things with: a main unit with two\n"
-                "extenders, a USB unit, a HUI and a SAC-2K, some grouped, some new.\n"
-                "Refuses where devices were added or surfaces set up already.");
+    CLI::App* demo =
+        program.add_subcommand("demo", "Fill a new database with a studio to try things with");
+    Explain(demo,
+            "A main unit with two extenders, a USB unit, a HUI and a SAC-2K, some grouped, some "
+            "new.\nRefuses where devices were added or surfaces set up already.");
     OptionsFor(demo, chosen, Demo);
 }
 

@@ -60,10 +60,8 @@ void RemoveCablesTo(const std::unordered_set<MIDIUniqueID>& gone, const ObjectNa
     }
 }
 
-void RemoveDevice(const Device& device) {
-    const OSStatus status = device.kind == DeviceKind::kExternal
-                                ? MIDISetupRemoveExternalDevice(device.reference)
-                                : MIDISetupRemoveDevice(device.reference);
+void RemoveUnplugged(const Device& device) {
+    const OSStatus status = RemoveDevice(device.kind, device.reference);
     if (status == kMIDINotPermitted)
         throw Failure("cannot remove the device: it is plugged in");
     Check(status, "remove the device");
@@ -82,7 +80,7 @@ int Remove(const RemoveOptions& options) {
         Check(MIDIDeviceRemoveEntity(object.device->reference, object.reference),
               "remove the port");
     else
-        RemoveDevice(*object.device);
+        RemoveUnplugged(*object.device);
     RemoveCablesTo(IDsWithin(object, names), names);
     return kExitDone;
 }
@@ -109,9 +107,9 @@ void AddDeviceCommands(CLI::App& program, Action& chosen) {
                   "A device that is cabled to a port of an interface, such as a control surface");
     AddAddCommand(add, chosen, DeviceKind::kInterface, "An interface that has no driver");
 
-    CLI::App* remove = program.add_subcommand(
-        "remove", "Forget a device or one of its ports, with all settings.\n"
-                  "Cables to it are taken off. A device that is plugged in cannot be removed.");
+    CLI::App* remove =
+        program.add_subcommand("remove", "Forget a device or one of its ports, with all settings");
+    Explain(remove, "Cables to it are taken off. A device that is plugged in cannot be removed.");
     auto removeOptions = OptionsFor(remove, chosen, Remove);
     remove->add_option("OBJECT", removeOptions->object, "A unique ID or a name")->required();
 }

@@ -118,10 +118,11 @@ int Doctor(const DoctorOptions& options) {
 } // namespace
 
 void AddDoctorCommand(CLI::App& program, Action& chosen) {
-    CLI::App* doctor = program.add_subcommand(
-        "doctor", "Look for problems, explain them and tell what to do.\n"
-                  "Ends with 0 when all is well, 1 for problems of the studio, 3 when the\n"
-                  "database cannot be used, 4 when only the sequencer cannot.");
+    CLI::App* doctor =
+        program.add_subcommand("doctor", "Look for problems, explain them and tell what to do");
+    Explain(doctor,
+            "Ends with 0 when all is well, 1 for problems of the studio, 3 when the database "
+            "cannot be\nused, 4 when only the sequencer cannot.");
     auto options = OptionsFor(doctor, chosen, Doctor);
     doctor->add_flag("--repair", options->repair,
                      "Set a damaged database aside and save what can be read into a new one");

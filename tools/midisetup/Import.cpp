@@ -54,14 +54,29 @@ std::string TextIn(const Properties& properties, const char* key) {
     return text != nullptr ? *text : "";
 }
 
+Properties OwnPropertiesOf(MIDIObjectRef object) {
+    Properties properties;
+    for (auto& [key, value] : OwnProperties(object)) {
+        if (!IsTheServices(key))
+            properties.emplace(key, std::move(value));
+    }
+    return properties;
+}
+
+bool Holds(const Properties& properties, const std::string& key, const PropertyValue& value) {
+    const auto found = properties.find(key);
+    return found != properties.end() && found->second == value;
+}
+
 /// Sets what differs, removes what the document lacks.
 void ApplyProperties(MIDIObjectRef object, const Properties& wanted) {
-    for (const auto& [key, value] : OwnProperties(object)) {
-        if (wanted.count(key) == 0 && !IsTheServices(key))
+    const Properties present = OwnPropertiesOf(object);
+    for (const auto& [key, value] : present) {
+        if (wanted.count(key) == 0)
             RemoveProperty(object, key);
     }
     for (const auto& [key, value] : wanted) {
-        if (GetProperty(object, key) != value)
+        if (!Holds(present, key, value))
             SetProperty(object, key, value);
     }
 }
@@ -87,32 +102,45 @@ void BuildPortFrom(MIDIDeviceRef device, const Json& json) {
 
 void BuildDeviceFrom(DeviceKind kind, const Json& json) {
     const Properties properties = PropertiesIn(json);
-    const MIDIDeviceRef device =
-        BuildDevice(kind, {TextIn(properties, "name"), TextIn(properties, "manufacturer"),
-                           TextIn(properties, "model")});
-    ApplyIdentity(device, json);
-    for (const Json& port : List(json, "entities"))
-        BuildPortFrom(device, port);
+    const DeviceDescription description{TextIn(properties, "name"),
+                                        TextIn(properties, "manufacturer"),
+                                        TextIn(properties, "model")};
+    BuildDevice(kind, description, [&](MIDIDeviceRef device) {
+        ApplyIdentity(device, json);
+        for (const Json& port : List(json, "entities"))
+            BuildPortFrom(device, port);
+    });
 }
 
-/// Reads the whole of a device, so that a fault in it is found before anything is changed.
-void CheckDevice(const Json& json, std::unordered_set<MIDIUniqueID>& seen);
-
-void CheckObject(const Json& json, std::unordered_set<MIDIUniqueID>& seen) {
-    if (!seen.insert(IDIn(json)).second)
-        throw Failure("the document gives the unique ID " + std::to_string(IDIn(json)) + " twice");
-    PropertiesIn(json);
+/// Calls `visit` for a port and its endpoints.
+void VisitPort(const Json& port, const std::function<void(const Json&)>& visit) {
+    visit(port);
+    for (const Json& source : List(port, "sources"))
+        visit(source);
+    for (const Json& destination : List(port, "destinations"))
+        visit(destination);
 }
 
-void CheckDevice(const Json& json, std::unordered_set<MIDIUniqueID>& seen) {
-    CheckObject(json, seen);
-    for (const Json& port : List(json, "entities")) {
-        CheckObject(port, seen);
-        for (const Json& source : List(port, "sources"))
-            CheckObject(source, seen);
-        for (const Json& destination : List(port, "destinations"))
-            CheckObject(destination, seen);
-    }
+void VisitDevice(const Json& device, const std::function<void(const Json&)>& visit) {
+    visit(device);
+    for (const Json& port : List(device, "entities"))
+        VisitPort(port, visit);
+}
+
+/// Reads the whole document, so that a fault in it is found before anything is changed.
+void CheckDocument(const Json& document) {
+    std::unordered_set<MIDIUniqueID> seen;
+    const auto check = [&](const Json& object) {
+        const MIDIUniqueID id = IDIn(object);
+        if (id == kMIDIInvalidUniqueID || !seen.insert(id).second)
+            throw Failure("the unique ID " + std::to_string(id) +
+                          " of the document is not valid, or stands there twice");
+        PropertiesIn(object);
+    };
+    for (const Json& device : List(document, "devices"))
+        VisitDevice(device, check);
+    for (const Json& endpoint : List(document, "endpoints"))
+        check(endpoint);
 }
 
 std::optional<DeviceKind> KindIn(const Json& json) {
@@ -127,6 +155,8 @@ std::optional<DeviceKind> KindIn(const Json& json) {
 std::string ShownValue(const std::string& key, const PropertyValue& value) {
     return Printable(ValueToJson(key, value).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
+
+using Walk = void (*)(const Json&, const std::function<void(const Json&)>&);
 
 class Planner {
 public:
@@ -146,6 +176,7 @@ private:
     void PlanEndpoints(const std::vector<Endpoint>& endpoints, const Json& list,
                        const std::string& port);
     void PlanProperties(MIDIObjectRef object, const Json& json);
+    MIDIUniqueID FirstTaken(Walk walk, const Json& json) const;
     void Note(std::string text) { fPlan.notes.push_back(std::move(text)); }
 
     const Studio& fStudio;
@@ -162,11 +193,22 @@ void Planner::PlanDevice(const Json& json) {
         PlanKnownDevice(*device, json);
     else if (*kind == DeviceKind::kCard)
         Note(name + " is left out: it was never plugged in here");
-    else if (fNames.WithID(IDIn(json)) != nullptr)
-        Note(name + " is left out: " + fNames.Describe(IDIn(json)) + " has its unique ID");
+    else if (const MIDIUniqueID taken = FirstTaken(VisitDevice, json);
+             taken != kMIDIInvalidUniqueID)
+        Note(name + " is left out: " + fNames.Describe(taken) + " has its unique ID");
     else
         fPlan.changes.push_back({"add " + std::string(KindName(*kind)) + " " + name,
                                  [json, kind] { BuildDeviceFrom(*kind, json); }});
+}
+
+/// The first unique ID within a new device or port that some object here has.
+MIDIUniqueID Planner::FirstTaken(Walk walk, const Json& json) const {
+    MIDIUniqueID taken = kMIDIInvalidUniqueID;
+    walk(json, [&](const Json& object) {
+        if (taken == kMIDIInvalidUniqueID && fNames.WithID(IDIn(object)) != nullptr)
+            taken = IDIn(object);
+    });
+    return taken;
 }
 
 const Device* Planner::Match(const Json& json, DeviceKind kind) const {
@@ -206,7 +248,8 @@ void Planner::PlanPort(const Device& device, std::size_t index, const Json& json
         PlanProperties(entity.reference, json);
         PlanEndpoints(entity.sources, List(json, "sources"), name);
         PlanEndpoints(entity.destinations, List(json, "destinations"), name);
-    } else if (device.kind == DeviceKind::kCard || fNames.WithID(IDIn(json)) != nullptr) {
+    } else if (device.kind == DeviceKind::kCard ||
+               FirstTaken(VisitPort, json) != kMIDIInvalidUniqueID) {
         Note(name + " is left out: the device has no such port here");
     } else {
         fPlan.changes.push_back({"add port " + name, [reference = device.reference, json] {
@@ -237,16 +280,14 @@ void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
         fNames.WithID(GetInteger(reference, kMIDIPropertyUniqueID).value_or(kMIDIInvalidUniqueID));
     const std::string of = " of " + (object != nullptr ? Printable(object->path) : "an object");
     const Properties wanted = PropertiesIn(json);
-    Properties present;
-    for (auto& [key, value] : OwnProperties(reference)) {
-        if (wanted.count(key) == 0 && !IsTheServices(key))
+    const Properties present = OwnPropertiesOf(reference);
+    for (const auto& [key, value] : present) {
+        if (wanted.count(key) == 0)
             fPlan.changes.push_back({"remove " + Printable(key) + of,
                                      [reference, name = key] { RemoveProperty(reference, name); }});
-        present.emplace(key, std::move(value));
     }
     for (const auto& [key, value] : wanted) {
-        const auto found = present.find(key);
-        if (found == present.end() || found->second != value)
+        if (!Holds(present, key, value))
             fPlan.changes.push_back({"set " + Printable(key) + of + " to " + ShownValue(key, value),
                                      [reference, name = key, wantedValue = value] {
                                          SetProperty(reference, name, wantedValue);
@@ -257,12 +298,7 @@ void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
 } // namespace
 
 ImportPlan PlanImport(const Json& document, const Studio& studio, const ObjectNames& names) {
-    std::unordered_set<MIDIUniqueID> seen;
-    for (const Json& device : List(document, "devices"))
-        CheckDevice(device, seen);
-    for (const Json& endpoint : List(document, "endpoints"))
-        CheckObject(endpoint, seen);
-
+    CheckDocument(document);
     Planner planner(studio, names);
     for (const Json& device : List(document, "devices"))
         planner.PlanDevice(device);

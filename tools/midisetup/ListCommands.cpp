@@ -142,10 +142,10 @@ void AddListCommands(CLI::App& program, Action& chosen) {
     show->add_option("OBJECT", showOptions->object, "A unique ID or a name")->required();
 
     CLI::App* surfaces = program.add_subcommand(
-        "surfaces", "Show the control surfaces that Sorvex Mackie Setup would find, in its order.\n"
-                    "Like the program itself, this stores the default settings (group 0, its\n"
-                    "unique ID as position) for every surface that has none yet; \"list\" stores\n"
-                    "nothing.");
+        "surfaces", "Show the control surfaces that Sorvex Mackie Setup would find, in its order");
+    Explain(surfaces,
+            "Like the program itself, this stores the default settings (group 0, its unique ID "
+            "as\nposition) for every surface that has none yet; \"list\" stores nothing.");
     auto surfacesOptions = OptionsFor(surfaces, chosen, Surfaces);
     surfaces->add_flag("--json", surfacesOptions->asJson, "Print JSON");
 }

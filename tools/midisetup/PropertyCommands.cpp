@@ -111,9 +111,10 @@ void AddPropertyCommands(CLI::App& program, Action& chosen) {
     AddCommandOnProperty(program.add_subcommand("unset", "Remove an object's own property"), chosen,
                          Unset);
 
-    CLI::App* set = program.add_subcommand(
-        "set", "Set a property: to a number if VALUE is one, else to a text.\n"
-               "name, manufacturer and model are always texts.");
+    CLI::App* set = program.add_subcommand("set", "Set a property");
+    Explain(set,
+            "A VALUE that is a whole number is stored as one, any other as a text. The values of "
+            "name,\nmanufacturer and model are always texts.");
     auto setOptions = OptionsFor(set, chosen, Set);
     set->add_option("OBJECT", setOptions->object, "A unique ID or a name")->required();
     set->add_option("KEY", setOptions->key, "The property")->required();

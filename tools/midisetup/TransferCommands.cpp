@@ -85,9 +85,10 @@ void AddTransferCommands(CLI::App& program, Action& chosen) {
     exporting->add_option("FILE", exportOptions->file, "Where to; - is standard output")
         ->capture_default_str();
 
-    CLI::App* importing = program.add_subcommand(
-        "import", "Bring in a document that export wrote. Shows what would change, and asks.\n"
-                  "Objects that the document does not mention stay as they are.");
+    CLI::App* importing = program.add_subcommand("import", "Bring in a document that export wrote");
+    Explain(importing,
+            "Shows what would change, and asks. Objects that the document does not mention "
+            "stay as\nthey are; those that it does get exactly its properties.");
     auto importOptions = OptionsFor(importing, chosen, Import);
     importing->add_option("FILE", importOptions->file, "The document; - is standard input")
         ->required();

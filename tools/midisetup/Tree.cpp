@@ -22,9 +22,10 @@ std::string SettingText(const char* caption, std::optional<SInt32> value) {
 
 std::string SettingsText(const Device& device) {
     const GroupSettings settings = StoredSettings(device.reference);
+    const bool isDefault = settings.position == device.id;
     if (settings.group || settings.position)
         return SettingText(", surface: group ", settings.group) +
-               SettingText(", position ", settings.position);
+               (isDefault ? ", no position chosen" : SettingText(", position ", settings.position));
     return IsSurface(device) ? ", surface: new, no group yet" : "";
 }
 

@@ -33,8 +33,12 @@ int Run(CLI::App& program, const MidiSetup::Action& chosen, int argc, char** arg
 
 } // namespace
 
+void MidiSetup::Explain(CLI::App* command, const std::string& details) {
+    command->footer(details + "\n\n" + command->get_footer());
+}
+
 int main(int argc, char** argv) {
-    CLI::App program;
+    CLI::App program("", "midisetup");
     MidiSetup::Action chosen;
     Describe(program);
     MidiSetup::AddListCommands(program, chosen);
