@@ -1,0 +1,19 @@
+#include "app/HelpDocument.h"
+
+#include "Strings/PlatformStrings.h"
+
+#include "Platform/CoreFoundation/CFHolder.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/CoreServices.h>
+
+void OpenHelpDocument() {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    if (bundle == nullptr)
+        return;
+    const auto name = UStringToCF(UString("SorvexMackieSurfaceHelp", UString::kASCII));
+    const auto type = UStringToCF(UString("htm", UString::kASCII));
+    const CFHolder<CFURLRef> url(CFBundleCopyResourceURL(bundle, name.Get(), type.Get(), nullptr));
+    if (url.Get() != nullptr)
+        LSOpenCFURLRef(url.Get(), nullptr);
+}
