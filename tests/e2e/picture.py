@@ -1,0 +1,42 @@
+"""Pictures of the screen, and where the ink stands in them. Coordinates are pixels of the screen."""
+
+import subprocess
+
+
+class Picture:
+    def __init__(self, width, height, pixels):
+        self.width, self.height, self._pixels = width, height, pixels
+
+    @classmethod
+    def of_screen(cls):
+        data = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "ppm:-"],
+                              check=True, capture_output=True).stdout
+        magic, size, depth, pixels = data.split(b"\n", 3)
+        assert magic == b"P6" and depth == b"255", "an unexpected picture format"
+        width, height = map(int, size.split())
+        return cls(width, height, pixels)
+
+    def save(self, path):
+        subprocess.run(["convert", "ppm:-", str(path)], check=True,
+                       input=b"P6\n%d %d\n255\n" % (self.width, self.height) + self._pixels)
+
+    def color(self, x, y):
+        start = 3 * (y * self.width + x)
+        return tuple(self._pixels[start:start + 3])
+
+    def region(self, x, y, width, height):
+        """The bytes of a rectangle, for comparing two pictures."""
+        return b"".join(self._pixels[3 * (row * self.width + x):3 * (row * self.width + x + width)]
+                        for row in range(y, y + height))
+
+    def ink(self, x, y, width, height, background):
+        """The smallest (left, top, right, bottom), right and bottom outside, around all pixels of
+        the rectangle that differ clearly from `background`; None when there are none."""
+        def is_ink(column, row):
+            return any(abs(a - b) > 60 for a, b in zip(self.color(column, row), background))
+        spots = [(column, row) for row in range(y, y + height) for column in range(x, x + width)
+                 if is_ink(column, row)]
+        if not spots:
+            return None
+        columns, rows = zip(*spots)
+        return min(columns), min(rows), max(columns) + 1, max(rows) + 1

@@ -1,0 +1,172 @@
+"""The built program in a real window: what a person does with it, and what is stored afterwards."""
+
+import unittest
+
+from desk import Program, Studio, keep_picture, until
+
+
+class Scene(unittest.TestCase):
+    with_surfaces = True
+
+    def setUp(self):
+        self.studio = Studio(self.with_surfaces)
+        self.addCleanup(self.studio.close)
+        self.program = self.start(awaits_window=self.with_surfaces)
+
+    def start(self, awaits_window=True):
+        program = Program(self.studio, awaits_window)
+        self.addCleanup(program.kill)
+        return program
+
+    def assertEndsSilently(self, program):
+        self.assertEqual(program.await_end(), "")
+
+    def choose_surface(self, index):
+        """Opens the pop-up by mouse and chooses by keyboard, from the first surface."""
+        before = self.program.shown_surface()
+        self.program.click(300, 32)
+        until("the pop-up is open", lambda: len(self.program.windows()) > 1)
+        self.program.key(*["Down"] * index, "Return")
+        until("another surface is shown", lambda: self.program.shown_surface() != before)
+        self.program.await_no_alert()
+
+
+class SettingsWindow(Scene):
+    def assertInside(self, ink, x, y, width, height):
+        self.assertIsNotNone(ink)
+        left, top, right, bottom = ink
+        self.assertTrue(x <= left and y <= top and right <= x + width and bottom <= y + height, ink)
+
+    def test_captions_stand_where_they_belong(self):
+        keep_picture("settings-window")
+        ink = self.program.ink
+        for y in (80, 120):
+            label = ink(10, y - 8, 135, 40)
+            self.assertInside(label, 20, y, 120, 25)
+            self.assertGreaterEqual(label[2], 136, "right-aligned")
+            self.assertLessEqual(abs((label[1] + label[3]) / 2 - (y + 12.5)), 4, "vertically centred")
+        for x in (250, 350, 450):
+            caption = ink(x + 22, 164, 56, 14)
+            self.assertInside(caption, x + 22, 164, 56, 14)
+            self.assertLessEqual(abs((caption[0] + caption[2]) / 2 - (x + 50)), 2, "centred")
+        self.assertInside(ink(10, 20, 120, 25), 20, 20, 120, 25)
+        self.assertInside(ink(152, 24, 330, 18), 152, 24, 330, 18)
+
+    def test_ok_stores_every_surface(self):
+        self.program.click_ok()
+        self.assertEndsSilently(self.program)
+        self.assertTrue(all(0 <= position <= 127 for _, position in self.studio.settings()))
+
+    def test_choosing_a_surface_and_typing_its_settings(self):
+        first_group, first_position = self.studio.settings()[0]
+        self.choose_surface(1)
+        self.program.set_group("2")
+        self.program.set_position("5")
+        keep_picture("second-surface")
+        self.program.click_ok()
+        self.assertEndsSilently(self.program)
+        settings = self.studio.settings()
+        self.assertEqual(settings[1], (2, 5))
+        self.assertEqual(settings[0], (first_position, first_group), "stored crosswise when left")
+        name = self.studio.surfaces()[1]["name"]
+        self.assertTrue(any(name in line for line in self.studio.mixer_lines()))
+
+    def test_pressing_and_releasing_over_another_surface_chooses_it(self):
+        before = self.program.shown_surface()
+        self.program.press(300, 32)
+        until("the pop-up is open", lambda: len(self.program.windows()) > 1)
+        keep_picture("pop-up")
+        self.program.release_below(60)
+        until("another surface is shown", lambda: self.program.shown_surface() != before)
+
+    def test_arrow_keys_step_the_number(self):
+        self.program.set_group("7")
+        self.program.key("Up", "Up", "Down")
+        self.program.click_ok()
+        self.assertEndsSilently(self.program)
+        self.assertEqual(self.studio.settings()[0][0], 8)
+
+    def test_a_number_out_of_range_is_refused_once_and_ok_does_not_act(self):
+        stored = self.studio.settings()[0]
+        self.program.set_group("999")
+        self.program.click_ok()
+        self.program.await_alert()
+        keep_picture("invalid-number")
+        self.program.key("Return")
+        self.program.await_no_alert()
+        self.assertTrue(self.program.is_running(), "the press did not act")
+        self.program.click_ok()
+        self.assertEndsSilently(self.program)
+        self.assertEqual(self.studio.settings()[0][0], stored[0])
+
+    def test_cancel_and_closing_store_nothing(self):
+        before = self.studio.settings()
+        self.program.set_group("9")
+        self.program.click_cancel()
+        self.assertEndsSilently(self.program)
+        for end in (lambda program: program.key("alt+F4"), lambda program: program.key("Escape"),
+                    Program.terminate):
+            program = self.start()
+            end(program)
+            self.assertEndsSilently(program)
+        self.assertEqual(self.studio.settings(), before)
+
+    def test_help_opens_the_document_and_the_window_stays(self):
+        self.program.click_help()
+        until("the help document is opened", self.studio.opened_documents)
+        self.assertIn("SorvexMackieSurfaceHelp.htm", self.studio.opened_documents()[0])
+        self.assertTrue(self.program.is_running())
+
+    def test_the_keyboard_alone_suffices(self):
+        before = self.program.shown_surface()
+        self.program.key("Tab", "space")
+        until("the pop-up is open", lambda: len(self.program.windows()) > 1)
+        self.program.key("Down", "Return")
+        until("another surface is shown", lambda: self.program.shown_surface() != before)
+        self.program.key("Tab", "ctrl+a")
+        self.program.type("3")
+        self.program.key("Tab", "ctrl+a")
+        self.program.type("11")
+        keep_picture("keyboard-focus")
+        self.program.key("Return")
+        self.assertTrue(self.program.is_running(), "Return ended the typing only")
+        self.program.key("Return")
+        self.assertEndsSilently(self.program)
+        self.assertEqual(self.studio.settings()[1], (3, 11))
+
+    def test_of_two_programs_the_last_ok_wins(self):
+        other = self.start()
+        other.set_group("4")
+        other.click_ok()
+        other.await_end()
+        self.program.await_no_alert()
+        self.program.set_group("6")
+        self.program.click_ok()
+        self.assertEndsSilently(self.program)
+        self.assertEqual(self.studio.settings()[0][0], 6)
+
+
+class NoSurfaces(Scene):
+    with_surfaces = False
+
+    def test_yes_opens_the_help_document(self):
+        self.program.await_alert()
+        keep_picture("no-surfaces")
+        self.program.key("Return")
+        until("the help document is opened", self.studio.opened_documents)
+        self.finish_with_ok()
+
+    def test_no_opens_nothing(self):
+        self.program.await_alert()
+        self.program.key("Escape")
+        self.finish_with_ok()
+        self.assertEqual(self.studio.opened_documents(), [])
+
+    def finish_with_ok(self):
+        self.program.await_window()
+        self.program.click_ok()
+        self.assertEndsSilently(self.program)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
