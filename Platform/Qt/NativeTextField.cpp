@@ -30,15 +30,18 @@ int Pixels(double points) {
 struct NativeTextField::Data {
     Data(QWidget* hostWidget, NativeTextFieldClient* client)
         : host(hostWidget)
-        , widget(new QtFieldWidget(hostWidget, client)) {}
+        , holder(new QtFieldHolder(hostWidget, client))
+        , widget(&holder->Field()) {}
 
     ~Data() {
         host->setFocusProxy(nullptr);
-        widget->LeaveField();
+        widget->ForgetClient();
+        holder->RetireSafely();
     }
 
     QWidget* host;
-    /// Deletes itself after LeaveField.
+    /// Deletes itself when it is retired.
+    QtFieldHolder* holder;
     QtFieldWidget* widget;
 };
 
@@ -46,7 +49,7 @@ NativeTextField::NativeTextField(NativeView& host, NativeTextFieldClient* client
     : fData(std::make_unique<Data>(WidgetOf(host), client)) {
     SetColors(*fData->widget, Qt::black);
     fData->host->setFocusProxy(fData->widget);
-    fData->widget->show();
+    fData->holder->show();
 }
 
 NativeTextField::~NativeTextField() = default;
@@ -75,7 +78,7 @@ void NativeTextField::SetEditable(bool editable) {
 }
 
 void NativeTextField::SetFrame(CGRect frame) {
-    fData->widget->setGeometry(Pixels(frame.origin.x), Pixels(frame.origin.y),
+    fData->holder->setGeometry(Pixels(frame.origin.x), Pixels(frame.origin.y),
                                std::max(0, Pixels(frame.size.width)),
                                std::max(0, Pixels(frame.size.height)));
 }

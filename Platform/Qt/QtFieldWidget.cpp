@@ -25,32 +25,7 @@ bool IsGivenByProgram(Qt::FocusReason reason) {
            (reason == Qt::MouseFocusReason && QGuiApplication::mouseButtons() == Qt::NoButton);
 }
 
-/// Whether a key does nothing by itself.
-bool IsModifierKey(int key) {
-    return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
-           key == Qt::Key_Super_L || key == Qt::Key_Super_R || key == Qt::Key_Hyper_L ||
-           key == Qt::Key_Hyper_R ||
-           (key >= Qt::Key_Dead_Grave && key <= Qt::Key_Dead_Longsolidusoverlay);
-}
-
 } // namespace
-
-class QtFieldWidget::Running {
-public:
-    explicit Running(QtFieldWidget& widget)
-        : fWidget(widget) {
-        ++fWidget.fRunningEvents;
-    }
-    ~Running() {
-        if (--fWidget.fRunningEvents == 0 && !fWidget.fClient)
-            fWidget.deleteLater();
-    }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
-
-private:
-    QtFieldWidget& fWidget;
-};
 
 QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
     : QLineEdit(parent)
@@ -59,26 +34,19 @@ QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
     setMaxLength(std::numeric_limits<int>::max());
     // Focus can move while the window is inactive; no event of the widget's own tells so.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-        const Running running(*this);
+        const QtEventTarget::Running running;
         if (now && now != this && now->window() == window())
             EndEditing();
     });
 }
 
-void QtFieldWidget::LeaveField() {
+void QtFieldWidget::ForgetClient() {
     fClient = nullptr;
     disconnect(qApp, nullptr, this, nullptr);
-    // Left to the toolkit, the focus would go on to the next control.
-    if (window()->focusWidget() == this)
-        window()->setFocus();
-    hide();
-    setParent(nullptr);
-    if (fRunningEvents == 0)
-        deleteLater();
 }
 
 bool QtFieldWidget::event(QEvent* event) {
-    const Running running(*this);
+    const QtEventTarget::Running running;
     if (event->type() == QEvent::KeyPress)
         return HandleKeyPress(static_cast<QKeyEvent&>(*event));
     return QLineEdit::event(event);
@@ -89,7 +57,7 @@ bool QtFieldWidget::LetsThrough(const NativeKeyEvent& event) {
 }
 
 bool QtFieldWidget::HandleKeyPress(QKeyEvent& event) {
-    if (IsModifierKey(event.key()))
+    if (IsModifierKey(event))
         return QLineEdit::event(&event);
     if (LetsThrough(NativeKeyEventOf(event)))
         QLineEdit::event(&event);
@@ -139,6 +107,22 @@ void QtFieldWidget::EndEditing() {
         return;
     fEditing = false;
     fClient->HandleFieldEditingEnded();
+}
+
+QtFieldHolder::QtFieldHolder(QWidget* parent, NativeTextFieldClient* client)
+    : QtEventTarget(parent)
+    , fField(new QtFieldWidget(this, client)) {}
+
+void QtFieldHolder::ArrangeNow() {
+    // Left to the toolkit, the focus would go on to the next control.
+    if (window()->focusWidget() == fField)
+        window()->setFocus();
+    hide();
+    setParent(nullptr);
+}
+
+void QtFieldHolder::resizeEvent(QResizeEvent*) {
+    fField->resize(size());
 }
 
 } // namespace Kestrin

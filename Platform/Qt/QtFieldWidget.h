@@ -1,20 +1,19 @@
 #pragma once
 
+#include "Platform/Qt/QtWidgets.h"
 #include "Platform/UI/NativeTextField.h"
 
 #include <QLineEdit>
 
 namespace Kestrin {
 
-/// The line editor of a native text field. It lives on through the events in which its native field
-/// goes, silent and out of sight.
+/// The line editor of a native text field.
 class QtFieldWidget final : public QLineEdit {
 public:
     QtFieldWidget(QWidget* parent, NativeTextFieldClient* client);
 
-    /// The native field goes: tells nobody anything any more, leaves its parent and is deleted when
-    /// none of its own events runs.
-    void LeaveField();
+    /// The native field goes: from now on nobody is told anything.
+    void ForgetClient();
 
     bool IsEditing() const { return fEditing; }
 
@@ -25,9 +24,6 @@ protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
-    /// Keeps the widget alive while one of its events runs.
-    class Running;
-
     bool LetsThrough(const NativeKeyEvent& event);
     bool HandleKeyPress(QKeyEvent& event);
     void BeginEditing();
@@ -36,7 +32,22 @@ private:
     /// Null once the native field is gone.
     NativeTextFieldClient* fClient;
     bool fEditing = false;
-    int fRunningEvents = 0;
+};
+
+/// What the line editor fills. It goes the way of views: out of sight at once, and deleted with the
+/// line editor when nothing of theirs runs.
+class QtFieldHolder final : public QtEventTarget {
+public:
+    QtFieldHolder(QWidget* parent, NativeTextFieldClient* client);
+
+    QtFieldWidget& Field() { return *fField; }
+
+protected:
+    void ArrangeNow() override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QtFieldWidget* fField;
 };
 
 } // namespace Kestrin

@@ -83,9 +83,17 @@ std::string RoleName(QAccessible::Role role) {
         return "menu button";
     case QAccessible::StaticText:
         return "text";
+    case QAccessible::EditableText:
+        return "text field";
     default:
         return "filler";
     }
+}
+
+Spoken SpokenOfWidget(QWidget& widget) {
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&widget);
+    return {RoleName(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
+            Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
 }
 
 } // namespace
@@ -144,6 +152,20 @@ void Key(const View& anyView, char16_t key, unsigned flags) {
     Settle();
 }
 
+void RepeatKey(const View& anyView, char16_t key) {
+    QKeyEvent event(QEvent::KeyPress, QChar(key).toUpper().unicode(), {}, QString(QChar(key)),
+                    true);
+    QCoreApplication::sendEvent(WindowOf(anyView), &event);
+    Settle();
+}
+
+void TypeByInputMethod(const View& anyView, const std::string& text) {
+    QInputMethodEvent event;
+    event.setCommitString(Kestrin::ToQString(text));
+    QCoreApplication::sendEvent(WidgetOf(anyView).window()->focusWidget(), &event);
+    Settle();
+}
+
 void CloseWindow(const View& anyView) {
     WidgetOf(anyView).window()->close();
     Settle();
@@ -183,9 +205,11 @@ bool PressByScreenReader(const View& view) {
 }
 
 Spoken SpokenOf(const View& view) {
-    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&WidgetOf(view));
-    return {RoleName(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
-            Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
+    return SpokenOfWidget(WidgetOf(view));
+}
+
+Spoken SpokenOfFocus(const View& anyView) {
+    return SpokenOfWidget(*WidgetOf(anyView).window()->focusWidget());
 }
 
 Picture::Picture(const View& view, double scale)

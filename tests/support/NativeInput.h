@@ -39,6 +39,10 @@ void Wheel(const Kestrin::View& view, const Kestrin::Point& where, double deltaX
 
 /// `key` is a NativeFunctionKey or the character that the key types without modifiers.
 void Key(const Kestrin::View& anyView, char16_t key, unsigned flags = 0);
+/// A character key that is held down.
+void RepeatKey(const Kestrin::View& anyView, char16_t key);
+/// An input method commits a text, UTF-8.
+void TypeByInputMethod(const Kestrin::View& anyView, const std::string& text);
 
 // The window that a view stands in.
 
@@ -57,12 +61,14 @@ bool PressByScreenReader(const Kestrin::View& view);
 
 /// What a screen reader reads of a view.
 struct Spoken {
-    std::string role; ///< "button", "menu button", "text", "filler", …
+    std::string role; ///< "button", "menu button", "text", "text field", "filler", …
     std::string name;
     std::string value;
     bool focused = false;
 };
 Spoken SpokenOf(const Kestrin::View& view);
+/// Of what has the focus of the window.
+Spoken SpokenOfFocus(const Kestrin::View& anyView);
 
 /// A picture of a view and all within it, at a scale of device pixels per point.
 class Picture {
