@@ -14,6 +14,11 @@ public:
     using iterator = typename std::vector<value_type>::iterator;
     using const_iterator = typename std::vector<value_type>::const_iterator;
 
+    sorted_vector_map() = default;
+    /// Takes over entries that are sorted by their keys, each of which is there once.
+    explicit sorted_vector_map(std::vector<value_type> sorted)
+        : fEntries(std::move(sorted)) {}
+
     iterator begin() { return fEntries.begin(); }
     iterator end() { return fEntries.end(); }
     const_iterator begin() const { return fEntries.begin(); }

@@ -12,45 +12,16 @@ namespace {
 constexpr int kAddedToItselfLine = 50;
 constexpr int kNoContainerLine = 585;
 
-/// A child's place, ordered by its name. The name's first four units stand in one number, which
-/// settles most comparisons without a look at the child.
-struct NamedPlace {
-    std::uint64_t start = 0;
-    const UString* name = nullptr;
-    std::uint32_t place = 0;
-
-    bool operator<(const NamedPlace& other) const {
-        if (start != other.start)
-            return start < other.start;
-        if (*name < *other.name)
-            return true;
-        return !(*other.name < *name) && place < other.place;
-    }
-};
-
-std::uint64_t StartOf(const UString& name) {
-    std::uint64_t start = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        start = start << 16 | (i < name.length() ? name[i] : 0u);
-    return start;
-}
-
-std::vector<NamedPlace> SortedPlaces(const std::vector<boost::shared_ptr<Item>>& items) {
-    std::vector<NamedPlace> places;
-    places.reserve(items.size());
-    for (const auto& item : items) {
-        const UString& name = item->GetName();
-        places.push_back({StartOf(name), &name, static_cast<std::uint32_t>(places.size())});
-    }
-    if (!std::is_sorted(places.begin(), places.end()))
-        std::sort(places.begin(), places.end());
-    return places;
-}
-
 } // namespace
 
-ContainerItem::ContainerItem(const UString& name)
-    : Item(kContainer, name) {}
+ContainerItem::NameKey::NameKey(const UString& key)
+    : name(&key) {
+    for (std::size_t i = 0; i < 4; ++i)
+        start = start << 16 | (i < key.length() ? key[i] : 0U);
+}
+
+ContainerItem::ContainerItem(UString name)
+    : Item(kContainer, std::move(name)) {}
 
 ContainerItem::~ContainerItem() {
     ReleaseItems();
@@ -84,8 +55,11 @@ void ContainerItem::AddItem(const boost::shared_ptr<Item>& item) {
         return;
     if (item.get() == this)
         FailString("XMLSerializable", "Source/XML/XMLSerializable", kAddedToItselfLine);
-    fIndex[item->GetName()] = static_cast<std::uint32_t>(fItems.size());
+    const auto place = static_cast<std::uint32_t>(fItems.size());
     fItems.push_back(item);
+    // The new child's own name becomes the key, which outlives that of an earlier namesake.
+    const auto [entry, isNew] = fIndex.insert({NameKey(item->GetName()), place});
+    *entry = {NameKey(item->GetName()), place};
     SetChanged(true);
 }
 
@@ -98,15 +72,27 @@ void ContainerItem::RemoveItem(boost::shared_ptr<Item> item) {
 }
 
 void ContainerItem::RebuildIndex() {
-    // In the order of the names every entry is added at the map's end, and the last of namesakes
-    // wins.
-    fIndex = {};
-    for (const NamedPlace& entry : SortedPlaces(fItems))
-        fIndex[*entry.name] = entry.place;
+    using Entry = std::pair<NameKey, std::uint32_t>;
+    std::vector<Entry> entries;
+    entries.reserve(fItems.size());
+    for (const auto& item : fItems)
+        entries.emplace_back(NameKey(item->GetName()), static_cast<std::uint32_t>(entries.size()));
+    const auto isBefore = [](const Entry& a, const Entry& b) {
+        return a.first < b.first || (!(b.first < a.first) && a.second < b.second);
+    };
+    if (!std::is_sorted(entries.begin(), entries.end(), isBefore))
+        std::sort(entries.begin(), entries.end(), isBefore);
+    // Namesakes stand in the order of their places: the last of them stays.
+    const auto areNamesakes = [](const Entry& later, const Entry& earlier) {
+        return !(earlier.first < later.first);
+    };
+    const auto kept = std::unique(entries.rbegin(), entries.rend(), areNamesakes);
+    entries.erase(entries.begin(), kept.base());
+    fIndex = sorted_vector_map<NameKey, std::uint32_t>(std::move(entries));
 }
 
 boost::shared_ptr<Item> ContainerItem::GetItem(ItemType type, const UString& name) const {
-    const auto found = fIndex.find(name);
+    const auto found = fIndex.find(NameKey(name));
     if (found == fIndex.end())
         return {};
     const boost::shared_ptr<Item>& item = fItems[found->second];
@@ -123,8 +109,8 @@ bool ContainerItem::HasChanged() const {
                        [](const boost::shared_ptr<Item>& item) { return item->HasChanged(); });
 }
 
-boost::shared_ptr<ContainerItem> CreateContainer(const UString& name) {
-    boost::shared_ptr<ContainerItem> container(new (std::nothrow) ContainerItem(name));
+boost::shared_ptr<ContainerItem> CreateContainer(UString name) {
+    boost::shared_ptr<ContainerItem> container(new (std::nothrow) ContainerItem(std::move(name)));
     if (container == nullptr)
         FailNILError("Source/XML/XMLSerializable", kNoContainerLine);
     return container;

@@ -57,9 +57,9 @@ void WriteHexLines(Writer& writer, const RawDataBuffer& buffer) {
 
 } // namespace
 
-Item::Item(ItemType type, const UString& name)
+Item::Item(ItemType type, UString name)
     : fType(type)
-    , fName(name) {}
+    , fName(std::move(name)) {}
 
 bool Item::HasChanged() const {
     return fChanged;
@@ -127,13 +127,12 @@ void ContainerItem::DoItemWrite(Writer& writer) const {
         boost::shared_ptr<Item>(child)->Write(writer);
 }
 
-boost::shared_ptr<UStringItem> CreateUString(const UString& name, const UString& value) {
-    return boost::make_shared<UStringItem>(name, value);
+boost::shared_ptr<UStringItem> CreateUString(UString name, UString value) {
+    return boost::make_shared<UStringItem>(std::move(name), std::move(value));
 }
 
-boost::shared_ptr<RawDataItem> CreateRawData(const UString& name,
-                                             const boost::shared_ptr<RawDataBuffer>& data) {
-    return boost::make_shared<RawDataItem>(name, data);
+boost::shared_ptr<RawDataItem> CreateRawData(UString name, boost::shared_ptr<RawDataBuffer> data) {
+    return boost::make_shared<RawDataItem>(std::move(name), std::move(data));
 }
 
 } // namespace Kestrin

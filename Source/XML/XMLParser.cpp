@@ -264,7 +264,11 @@ UString Parser::ReadText() {
 bool Parser::AppendText(int nodeType, UString& text) {
     if (IsText(nodeType)) {
         fState = kAfterContent;
-        text.append(ToUString(xmlTextReaderConstValue(fReader.get())));
+        UString piece = ToUString(xmlTextReaderConstValue(fReader.get()));
+        if (text.empty())
+            text = std::move(piece);
+        else
+            text.append(piece);
         return true;
     }
     if (nodeType == XML_READER_TYPE_ELEMENT) {

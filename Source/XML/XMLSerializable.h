@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace Kestrin {
@@ -77,7 +78,7 @@ public:
     void SetAttributes(AttributeList attributes);
 
 protected:
-    Item(ItemType type, const UString& name);
+    Item(ItemType type, UString name);
 
     void SetChanged(bool changed) { fChanged = changed; }
 
@@ -93,14 +94,14 @@ private:
 template <Item::ItemType kType, typename Value>
 class ValueItem : public Item {
 public:
-    ValueItem(const UString& name, const Value& value)
-        : Item(kType, name)
-        , fValue(value) {}
+    ValueItem(UString name, Value value)
+        : Item(kType, std::move(name))
+        , fValue(std::move(value)) {}
 
     const Value& GetValue() const { return fValue; }
 
-    void SetValue(const Value& value) {
-        fValue = value;
+    void SetValue(Value value) {
+        fValue = std::move(value);
         SetChanged(true);
     }
 
@@ -127,7 +128,7 @@ using RawDataItem = ValueItem<Item::kRawData, boost::shared_ptr<RawDataBuffer>>;
 /// An inner node: children in the order in which they were added, found by name.
 class ContainerItem : public Item {
 public:
-    explicit ContainerItem(const UString& name);
+    explicit ContainerItem(UString name);
 
     /// Releases the children, the last first. Trees of any depth are destroyed without recursion.
     ~ContainerItem() override;
@@ -158,17 +159,28 @@ private:
     void RebuildIndex();
     void ReleaseItems();
 
-    sorted_vector_map<UString, std::uint32_t> fIndex;
+    /// A child's name, where the child keeps it, with its first four units in one number: that
+    /// settles most comparisons.
+    struct NameKey {
+        explicit NameKey(const UString& key);
+        bool operator<(const NameKey& other) const {
+            return start != other.start ? start < other.start : *name < *other.name;
+        }
+
+        std::uint64_t start = 0;
+        const UString* name;
+    };
+
+    sorted_vector_map<NameKey, std::uint32_t> fIndex;
     Items fItems;
 };
 
-boost::shared_ptr<UStringItem> CreateUString(const UString& name, const UString& value);
+boost::shared_ptr<UStringItem> CreateUString(UString name, UString value);
 
 /// The item shares `data`, which may be null.
-boost::shared_ptr<RawDataItem> CreateRawData(const UString& name,
-                                             const boost::shared_ptr<RawDataBuffer>& data);
+boost::shared_ptr<RawDataItem> CreateRawData(UString name, boost::shared_ptr<RawDataBuffer> data);
 
-boost::shared_ptr<ContainerItem> CreateContainer(const UString& name);
+boost::shared_ptr<ContainerItem> CreateContainer(UString name);
 
 // Reading. The result is the document's first item, or null when that is no container. Elements
 // without a name are looked through, so the customary root "resource_list" around it does not
