@@ -67,6 +67,7 @@ void CnslView::BuildControls() {
 
 void CnslView::AddButton(std::unique_ptr<BtnUI>& button, const char* caption, unsigned int command,
                          float x) {
+    // Keys: "Help", "Cancel", "Ok"
     button = std::make_unique<BtnUI>(LookupString(caption), this, command, kButtonWidth);
     button->PlaceInView(this, x, kButtonTop);
     button->ShowHide(true);

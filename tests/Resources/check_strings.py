@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Compares the texts that the code looks up with the tables of localized strings.
 
-    check_strings.py ROOT [--complete]
+    check_strings.py ROOT
 
-Fails when a key that the code under ROOT asks for is missing from a table and, with --complete, when
-a table holds a key that nothing asks for. A LookupString whose argument is no literal names its keys
+Fails when a key that the code under ROOT asks for is missing from a table, and when a table holds a
+key that nothing asks for. A LookupString whose argument is no literal names its keys
 in a comment on the same line or the one above (`// Keys: "Ok", "Cancel"`); each of them must be a
 literal of the same file.
 """
@@ -64,7 +64,7 @@ def keys_of_table(path, problems):
     return set(names)
 
 
-def check(root, complete):
+def check(root):
     problems = []
     used = {}
     for folder in ("app", "Source"):
@@ -81,12 +81,11 @@ def check(root, complete):
         name = table.relative_to(root)
         problems.extend(f"{used[key]}: {key!r} is missing from {name}"
                         for key in used if key not in held)
-        if complete:
-            problems.extend(f"{name}: nothing asks for {key!r}" for key in sorted(held - set(used)))
+        problems.extend(f"{name}: nothing asks for {key!r}" for key in sorted(held - set(used)))
     return problems
 
 
 if __name__ == "__main__":
-    found = check(pathlib.Path(sys.argv[1]), "--complete" in sys.argv[2:])
+    found = check(pathlib.Path(sys.argv[1]))
     print("\n".join(found))
     sys.exit(1 if found else 0)

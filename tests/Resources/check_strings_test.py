@@ -9,14 +9,14 @@ from check_strings import check
 
 
 class CheckStrings(unittest.TestCase):
-    def problems(self, code, keys, complete=True):
+    def problems(self, code, keys):
         with tempfile.TemporaryDirectory() as folder:
             root = pathlib.Path(folder)
             (root / "app/Resources").mkdir(parents=True)
             (root / "app/Code.cpp").write_text(code)
             texts = "".join(f'<TEXT name="{key}"/>' for key in keys)
             (root / "app/Resources/LocalizableStrings.xml").write_text(f"<r><XSET>{texts}</XSET></r>")
-            return check(root, complete)
+            return check(root)
 
     def test_takes_literals_apart(self):
         code = 'f("http://x", LookupString("One\\n" // first\n  "two"), LookupString( "\\"q\\""));'
@@ -27,7 +27,6 @@ class CheckStrings(unittest.TestCase):
                          ["app/Code.cpp:2: 'b' is missing from app/Resources/LocalizableStrings.xml"])
         unused = self.problems('LookupString("a");', ["a", "b"])
         self.assertEqual(unused, ["app/Resources/LocalizableStrings.xml: nothing asks for 'b'"])
-        self.assertEqual(self.problems('LookupString("a");', ["a", "b"], complete=False), [])
         self.assertIn("twice", self.problems('LookupString("a");', ["a", "a"])[0])
 
     def test_asks_what_an_indirect_key_is(self):
