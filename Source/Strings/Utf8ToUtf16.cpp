@@ -1,11 +1,17 @@
 #include "Strings/SystemSurrogates.h"
 #include "Strings/Transcoders.h"
+#include "Strings/Utf8Blocks.h"
+
+#include <algorithm>
 
 using namespace SystemSurrogates;
 
 namespace {
 
 constexpr std::size_t kLongestSequence = 4;
+
+// So many bytes are decoded at a time, into units that stay in the nearest cache.
+constexpr std::size_t kChunk = 2048;
 
 // The marks of lead and trailing bytes, accumulated, by the number of trailing bytes.
 constexpr unsigned int kOffsetsFromUTF8[kLongestSequence] = {0x0, 0x3080, 0xE2080, 0x3C82080};
@@ -56,32 +62,74 @@ unsigned int ValueOf(const unsigned char* sequence, std::size_t trailing) {
     return value - kOffsetsFromUTF8[trailing];
 }
 
+/// Writes one or two units and answers how many.
+std::size_t WriteUnits(unsigned int value, unsigned short* units) {
+    if (value < kFirstPaired) {
+        units[0] = static_cast<unsigned short>(value);
+        return 1;
+    }
+    units[0] = High(value);
+    units[1] = Low(value);
+    return 2;
+}
+
+/// Decodes one sequence after the other up to the first that is ill-formed or starts at `limit` or
+/// behind it.
+Stretch DecodePlainly(const unsigned char* source, std::size_t count, std::size_t limit,
+                      unsigned short* units) {
+    Stretch done;
+    while (done.consumed < limit) {
+        const unsigned char* const sequence = source + done.consumed;
+        const std::size_t trailing = TrailingBytes(*sequence);
+        if (trailing >= kLongestSequence || trailing >= count - done.consumed ||
+            !IsWellFormed(sequence, trailing))
+            break;
+        done.written += WriteUnits(ValueOf(sequence, trailing), units + done.written);
+        done.consumed += 1 + trailing;
+    }
+    return done;
+}
+
+/// Decodes about a chunk; comes no further than its start when that is ill-formed.
+Stretch DecodeChunk(const unsigned char* source, std::size_t count, unsigned short* units) {
+    const std::size_t limit = std::min(count, kChunk);
+    Stretch done;
+    while (done.consumed < limit) {
+        done += DecodeUtf8Blocks(source + done.consumed, count - done.consumed,
+                                 limit - done.consumed, units + done.written);
+        if (done.consumed >= limit)
+            break;
+        const std::size_t rest = count - done.consumed;
+        const Stretch plain = DecodePlainly(source + done.consumed, rest, std::min(rest, kBlock),
+                                            units + done.written);
+        if (plain.consumed == 0)
+            break;
+        done += plain;
+    }
+    return done;
+}
+
 } // namespace
 
 std::size_t utf8_to_utf16(const unsigned char* source, std::size_t count, UTF16String& out) {
     out.clear();
-    out.reserve(count / 2);
+    unsigned short units[kChunk + 2 * kBlock];
     std::size_t consumed = 0;
     while (consumed < count) {
-        const unsigned char* const sequence = source + consumed;
-        const std::size_t trailing = TrailingBytes(*sequence);
-        if (trailing >= kLongestSequence || trailing >= count - consumed ||
-            !IsWellFormed(sequence, trailing))
+        const Stretch chunk = DecodeChunk(source + consumed, count - consumed, units);
+        if (chunk.consumed == 0)
             break;
-        AppendUtf32CharToUtf16(out, ValueOf(sequence, trailing));
-        consumed += 1 + trailing;
+        consumed += chunk.consumed;
+        if (out.empty())
+            out.reserve(std::max(count / 2, ExpectedSize(count, chunk)));
+        out.append(units, chunk.written);
     }
     return consumed;
 }
 
 void AppendUtf32CharToUtf16(UTF16String& out, unsigned int value) {
     constexpr unsigned short kUnwritable = 0xFEFF;
-    if (value >= kPastLast) {
-        out.push_back(kUnwritable);
-    } else if (value < kFirstPaired) {
-        out.push_back(static_cast<unsigned short>(value));
-    } else {
-        out.push_back(High(value));
-        out.push_back(Low(value));
-    }
+    unsigned short units[2] = {kUnwritable};
+    const std::size_t written = value < kPastLast ? WriteUnits(value, units) : 1;
+    out.append(units, written);
 }
