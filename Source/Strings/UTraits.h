@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <compare>
 #include <cstddef>
 #include <cstring>
@@ -60,8 +61,10 @@ struct UTraits {
     }
 
     static Unit* assign(Unit* to, std::size_t count, Unit unit) {
-        for (std::size_t i = 0; i < count; ++i)
-            to[i] = unit;
+        if (unit == 0 && count > 0)
+            std::memset(to, 0, count * sizeof(Unit));
+        else
+            std::fill_n(to, count, unit);
         return to;
     }
 

@@ -1,3 +1,4 @@
+#include "Strings/ChunkedTranscoding.h"
 #include "Strings/Transcoders.h"
 #include "Strings/Utf16Reader.h"
 #include "Strings/Utf8Blocks.h"
@@ -9,8 +10,8 @@ namespace {
 constexpr std::size_t kLongestSequence = 4;
 constexpr unsigned char kFirstByteMarks[kLongestSequence + 1] = {0x00, 0x00, 0xC0, 0xE0, 0xF0};
 
-// So many units are encoded at a time, into bytes that stay in the nearest cache.
-constexpr std::size_t kChunk = 1024;
+// So many units are encoded at a time, into bytes that fit into the nearest cache.
+constexpr std::size_t kChunk = 4096;
 constexpr std::size_t kMostBytesPerUnit = 3;
 
 // No pair of surrogates stands for a value that needs more than four bytes.
@@ -40,7 +41,7 @@ Stretch EncodePlainly(const unsigned short* source, std::size_t count, std::size
     return {reader.Consumed(), written};
 }
 
-/// Encodes about a chunk; comes no further than its start when a lone surrogate stands there.
+/// Encodes a chunk, or the text up to its first surrogate without a partner.
 Stretch EncodeChunk(const unsigned short* source, std::size_t count, char* bytes) {
     const std::size_t limit = std::min(count, kChunk);
     Stretch done;
@@ -62,17 +63,6 @@ Stretch EncodeChunk(const unsigned short* source, std::size_t count, char* bytes
 } // namespace
 
 std::size_t utf16_to_utf8(const unsigned short* source, std::size_t count, std::string& out) {
-    out.clear();
-    char bytes[kMostBytesPerUnit * (kChunk + 2 * kBlock)];
-    std::size_t consumed = 0;
-    while (consumed < count) {
-        const Stretch chunk = EncodeChunk(source + consumed, count - consumed, bytes);
-        if (chunk.consumed == 0)
-            break;
-        consumed += chunk.consumed;
-        if (out.empty())
-            out.reserve(std::max(2 * count, ExpectedSize(count, chunk)));
-        out.append(bytes, chunk.written);
-    }
-    return consumed;
+    return TranscodeInChunks<kChunk, kMostBytesPerUnit*(kChunk + 2 * kBlock)>(
+        source, count, 2 * count, EncodeChunk, out);
 }

@@ -14,11 +14,6 @@ struct Stretch {
     }
 };
 
-/// What all of `count` elements come to, if the rest is like their first chunk.
-inline std::size_t ExpectedSize(std::size_t count, const Stretch& chunk) {
-    return chunk.consumed == count ? chunk.written : (count / chunk.consumed + 1) * chunk.written;
-}
-
 /// The elements of a block. It may write that many more behind what it counts as written.
 constexpr std::size_t kBlock = 32;
 

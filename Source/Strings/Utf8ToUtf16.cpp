@@ -1,3 +1,4 @@
+#include "Strings/ChunkedTranscoding.h"
 #include "Strings/SystemSurrogates.h"
 #include "Strings/Transcoders.h"
 #include "Strings/Utf8Blocks.h"
@@ -10,8 +11,8 @@ namespace {
 
 constexpr std::size_t kLongestSequence = 4;
 
-// So many bytes are decoded at a time, into units that stay in the nearest cache.
-constexpr std::size_t kChunk = 2048;
+// So many bytes are decoded at a time, into units that fit into the nearest cache.
+constexpr std::size_t kChunk = 4096;
 
 // The marks of lead and trailing bytes, accumulated, by the number of trailing bytes.
 constexpr unsigned int kOffsetsFromUTF8[kLongestSequence] = {0x0, 0x3080, 0xE2080, 0x3C82080};
@@ -90,7 +91,7 @@ Stretch DecodePlainly(const unsigned char* source, std::size_t count, std::size_
     return done;
 }
 
-/// Decodes about a chunk; comes no further than its start when that is ill-formed.
+/// Decodes a chunk, or the text up to its first ill-formed sequence.
 Stretch DecodeChunk(const unsigned char* source, std::size_t count, unsigned short* units) {
     const std::size_t limit = std::min(count, kChunk);
     Stretch done;
@@ -112,19 +113,8 @@ Stretch DecodeChunk(const unsigned char* source, std::size_t count, unsigned sho
 } // namespace
 
 std::size_t utf8_to_utf16(const unsigned char* source, std::size_t count, UTF16String& out) {
-    out.clear();
-    unsigned short units[kChunk + 2 * kBlock];
-    std::size_t consumed = 0;
-    while (consumed < count) {
-        const Stretch chunk = DecodeChunk(source + consumed, count - consumed, units);
-        if (chunk.consumed == 0)
-            break;
-        consumed += chunk.consumed;
-        if (out.empty())
-            out.reserve(std::max(count / 2, ExpectedSize(count, chunk)));
-        out.append(units, chunk.written);
-    }
-    return consumed;
+    return TranscodeInChunks<kChunk, kChunk + 2 * kBlock>(source, count, count / 2, DecodeChunk,
+                                                          out);
 }
 
 void AppendUtf32CharToUtf16(UTF16String& out, unsigned int value) {
