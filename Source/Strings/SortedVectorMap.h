@@ -31,7 +31,7 @@ public:
 
     /// The entry of the key, or end().
     iterator find(const Key& key) {
-        const iterator place = lower_bound(key);
+        const auto place = lower_bound(key);
         return HoldsAt(place, key) ? place : end();
     }
 
@@ -53,7 +53,7 @@ public:
 
     /// Inserts an entry unless its key is there; answers the key's entry and whether it is new.
     std::pair<iterator, bool> insert(value_type entry) {
-        const iterator place = lower_bound(entry.first);
+        const auto place = lower_bound(entry.first);
         if (HoldsAt(place, entry.first))
             return {place, false};
         return {insert(place, std::move(entry)), true};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <locale>
+#include <utility>
 
 const UString UString::kEmptyString;
 
@@ -26,8 +27,8 @@ std::string Narrowed(const UTF16String& units, char substitute) {
 UString::UString(const UString& text, std::size_t position, std::size_t count)
     : fUnits(text.fUnits, position, count) {}
 
-UString::UString(const UTF16String& units)
-    : fUnits(units) {}
+UString::UString(UTF16String units)
+    : fUnits(std::move(units)) {}
 
 UString::UString(const std::string& bytes, ByteEncoding encoding) {
     assign(AsBytes(bytes.data()), bytes.size(), encoding);

@@ -32,7 +32,7 @@ public:
     UString() = default;
     /// At most `count` units of `text` from `position` on; std::out_of_range past its length.
     UString(const UString& text, std::size_t position, std::size_t count = npos);
-    UString(const UTF16String& units);
+    UString(UTF16String units);
     UString(const std::string& bytes, ByteEncoding encoding);
     /// The bytes before the first 0 byte.
     UString(const char* bytes, ByteEncoding encoding);
