@@ -110,17 +110,19 @@ std::unique_ptr<Database> Database::Open(const std::filesystem::path& path,
         problem = ProblemOf(code, path);
         return nullptr;
     }
-    problem = PrepareSchema(connection.get(), path);
+    const SchemaResult schema = PrepareSchema(connection.get(), path);
+    problem = schema.problem;
     if (problem.state != kKestrinMIDIDatabaseReady)
         return nullptr;
     KeepOnClose(connection.get(), false);
-    return std::unique_ptr<Database>(new Database(path, std::move(connection)));
+    return std::unique_ptr<Database>(new Database(path, std::move(connection), schema.isWAL));
 }
 
-Database::Database(std::filesystem::path path, ConnectionHolder connection)
+Database::Database(std::filesystem::path path, ConnectionHolder connection, bool isWAL)
     : fPath(std::move(path))
     , fConnection(std::move(connection)) {
-    FindSharedHeader();
+    if (isWAL)
+        FindSharedHeader();
 }
 
 Statement& Database::Prepared(const char* sql) {
@@ -137,13 +139,11 @@ void Database::FindSharedHeader() {
     constexpr int kRegionSize = 32768; // as SQLite maps the WAL-index
     sqlite3_file* file = nullptr;
     sqlite3_file_control(Connection(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    QueryInteger(Connection(), "SELECT count(*) FROM sqlite_schema", 0); // maps the index
-    if (!file || !file->pMethods || file->pMethods->iVersion < 2 ||
-        sqlite3_stricmp(JournalMode(Connection()).c_str(), "wal") != 0)
+    if (!file || !file->pMethods || file->pMethods->iVersion < 2)
         return;
     volatile void* region = nullptr;
     if (file->pMethods->xShmMap(file, 0, kRegionSize, 0, &region) == SQLITE_OK)
-        fSharedHeader = static_cast<const volatile std::uint64_t*>(region);
+        fSharedHeader = static_cast<const volatile std::uint32_t*>(region);
 }
 
 Database::Header Database::ReadSharedHeader() const {
@@ -176,6 +176,16 @@ void Database::MarkRead() {
     if (fSharedHeader)
         fKnownHeader = ReadSharedHeader();
     fKnownVersion = ReadVersion();
+}
+
+void Database::NoteOwnCommit() {
+    if (!fSharedHeader)
+        return;
+    // Where the counter went on by more than one, others committed too: WasChangedByOthers finds
+    // out.
+    const Header header = ReadSharedHeader();
+    if (header[kChangeCounter] == fKnownHeader[kChangeCounter] + 1)
+        fKnownHeader = header;
 }
 
 bool Database::HasMoved() const {

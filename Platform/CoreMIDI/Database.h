@@ -45,6 +45,10 @@ public:
     /// Takes the state that a read from now on meets as known. Call it before reading.
     void MarkRead();
 
+    /// Takes a commit of this connection as known. Call it after each, the state before it being
+    /// known.
+    void NoteOwnCommit();
+
     /// Whether the name now stands for another file or for none.
     bool HasMoved() const;
 
@@ -60,9 +64,10 @@ public:
 
 private:
     // The header of SQLite's WAL-index (https://sqlite.org/walformat.html, "The WAL-Index Header").
-    using Header = std::array<std::uint64_t, 6>;
+    using Header = std::array<std::uint32_t, 12>;
+    static constexpr std::size_t kChangeCounter = 2;
 
-    Database(std::filesystem::path path, ConnectionHolder connection);
+    Database(std::filesystem::path path, ConnectionHolder connection, bool isWAL);
     void FindSharedHeader();
     Header ReadSharedHeader() const;
     std::int64_t ReadVersion();
@@ -70,7 +75,7 @@ private:
     std::filesystem::path fPath;
     ConnectionHolder fConnection;
     std::map<const char*, Statement> fStatements;
-    const volatile std::uint64_t* fSharedHeader = nullptr;
+    const volatile std::uint32_t* fSharedHeader = nullptr;
     Header fKnownHeader{};
     std::int64_t fKnownVersion = -1;
 };

@@ -30,6 +30,7 @@ public:
     OSStatus SetHardware(StoredObject& object, HardwareRecord record);
 
 private:
+    OSStatus Run(Statement& change);
     OSStatus InsertRow(StoredObject& object);
 
     Database& fFile;

@@ -1,17 +1,43 @@
 #include "Platform/CoreMIDI/ObjectLoading.h"
 
-#include <limits>
+#include <array>
 #include <string>
 #include <utility>
 
 namespace {
+
+constexpr std::size_t kUsualProperties = 5;
+
+/// The same few texts stand on many objects (manufacturer, model, "Port 1"): they are kept once,
+/// for the sake of the processor's cache. Of texts that meet in one slot the later one is
+/// remembered.
+class TextPool {
+public:
+    PropertyValue Share(std::string_view text) {
+        PropertyValue& slot = fRecent[std::hash<std::string_view>()(text) % fRecent.size()];
+        if (slot.Type() != PropertyValue::Kind::String || slot.Bytes() != text)
+            slot = PropertyValue::OfString(text);
+        return slot;
+    }
+
+private:
+    std::array<PropertyValue, 256> fRecent;
+};
+
+/// Where the rows go.
+struct Target {
+    KeyTable& keys;
+    ObjectStore& store;
+    TextPool texts{};
+    std::size_t lost = 0;
+};
 
 /// One table's rows: how they are asked for and what takes one in (false: it makes no sense).
 struct Table {
     const char* columns;
     const char* name;
     const char* order;
-    bool (*take)(const Statement& row, KeyTable& keys, ObjectStore& store);
+    bool (*take)(const Statement& row, Target& target);
 };
 
 template <typename Integer>
@@ -29,7 +55,7 @@ bool IsObjectRow(const Statement& row) {
            Fits<MIDIUniqueID>(row, 4) && (row.IsNull(5) || row.Type(5) == SQLITE_INTEGER);
 }
 
-bool TakeObject(const Statement& row, KeyTable&, ObjectStore& store) {
+bool TakeObject(const Statement& row, Target& target) {
     if (!IsObjectRow(row))
         return false;
     auto object = std::make_unique<StoredObject>();
@@ -40,10 +66,10 @@ bool TakeObject(const Statement& row, KeyTable&, ObjectStore& store) {
     object->uniqueID = static_cast<MIDIUniqueID>(row.Integer(4));
     if (!row.IsNull(5))
         object->pendingSince = row.Integer(5);
-    return store.Insert(std::move(object));
+    return target.store.Insert(std::move(object));
 }
 
-std::optional<PropertyValue> ValueOf(const Statement& row, int column) {
+std::optional<PropertyValue> ValueOf(const Statement& row, int column, TextPool& texts) {
     const int type = row.Type(column);
     if (type == SQLITE_INTEGER && Fits<SInt32>(row, column))
         return PropertyValue::OfInteger(static_cast<SInt32>(row.Integer(column)));
@@ -52,8 +78,7 @@ std::optional<PropertyValue> ValueOf(const Statement& row, int column) {
     const std::string_view bytes = row.Bytes(column);
     if (bytes.size() > kLongestValue)
         return std::nullopt;
-    return type == SQLITE_TEXT ? PropertyValue::OfString(std::string(bytes))
-                               : PropertyValue::OfData(std::string(bytes));
+    return type == SQLITE_TEXT ? texts.Share(bytes) : PropertyValue::OfData(bytes);
 }
 
 StoredObject* ObjectOf(const Statement& row, ObjectStore& store) {
@@ -61,20 +86,22 @@ StoredObject* ObjectOf(const Statement& row, ObjectStore& store) {
                                        : nullptr;
 }
 
-bool TakeProperty(const Statement& row, KeyTable& keys, ObjectStore& store) {
-    StoredObject* const object = ObjectOf(row, store);
+bool TakeProperty(const Statement& row, Target& target) {
+    StoredObject* const object = ObjectOf(row, target.store);
     if (!object || !IsShortText(row, 1) || object->properties.size() >= kMostProperties)
         return false;
-    std::optional<PropertyValue> value = ValueOf(row, 2);
-    const PropertyKey key = keys.NumberOf(row.Bytes(1));
+    std::optional<PropertyValue> value = ValueOf(row, 2, target.texts);
+    const PropertyKey key = target.keys.NumberOf(row.Bytes(1));
     if (!value || key == KeyTable::kUniqueID || object->Own(key))
         return false;
+    if (object->properties.empty())
+        object->properties.reserve(kUsualProperties);
     object->properties.push_back({key, std::move(*value)});
     return true;
 }
 
-bool TakeHardware(const Statement& row, KeyTable&, ObjectStore& store) {
-    StoredObject* const object = ObjectOf(row, store);
+bool TakeHardware(const Statement& row, Target& target) {
+    StoredObject* const object = ObjectOf(row, target.store);
     for (int column = 1; column <= 5; ++column) {
         if (!object || object->hardware || !IsShortText(row, column))
             return false;
@@ -93,20 +120,18 @@ constexpr Table kTables[] = {
 };
 
 /// Reads one table to its end or to the first error.
-int ReadTable(sqlite3* connection, const Table& table, const char* direction, KeyTable& keys,
-              ObjectStore& store, std::size_t& lost) {
+int ReadTable(sqlite3* connection, const Table& table, const char* direction, Target& target) {
     const std::string sql = std::string("SELECT ") + table.columns + " FROM " + table.name +
                             (*direction ? std::string(" ORDER BY ") + table.order + direction : "");
     Statement query(connection, sql);
     int code;
     while ((code = query.Step()) == SQLITE_ROW)
-        lost += table.take(query, keys, store) ? 0 : 1;
+        target.lost += table.take(query, target) ? 0 : 1;
     return code == SQLITE_DONE ? SQLITE_OK : code;
 }
 
 /// Reads the properties one at a time, passing over the values that are too big to be read at all.
-int ReadPropertiesSingly(sqlite3* connection, KeyTable& keys, ObjectStore& store,
-                         std::size_t& lost) {
+int ReadPropertiesSingly(sqlite3* connection, Target& target) {
     Statement list(connection, "SELECT object,key FROM properties");
     Statement single(connection,
                      "SELECT object,key,value FROM properties WHERE object=? AND key=?");
@@ -117,25 +142,32 @@ int ReadPropertiesSingly(sqlite3* connection, KeyTable& keys, ObjectStore& store
         single.BindInteger(1, list.Integer(0));
         single.BindText(2, list.Bytes(1));
         if (single.Step() == SQLITE_ROW)
-            TakeProperty(single, keys, store);
+            TakeProperty(single, target);
         else
-            ++lost;
+            ++target.lost;
         single.Reset();
     }
     return code == SQLITE_DONE ? SQLITE_OK : code;
 }
 
-LoadResult ReadTables(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
-    LoadResult result{SQLITE_OK, 0};
+int ReadTables(sqlite3* connection, Target& target) {
     for (const Table& table : kTables) {
-        result.code = ReadTable(connection, table, "", keys, store, result.lost);
-        if (result.code == SQLITE_TOOBIG && table.take == TakeProperty)
-            result.code = ReadPropertiesSingly(connection, keys, store, result.lost);
-        if (result.code != SQLITE_OK)
-            break;
+        int code = ReadTable(connection, table, "", target);
+        if (code == SQLITE_TOOBIG && table.take == TakeProperty)
+            code = ReadPropertiesSingly(connection, target);
+        if (code != SQLITE_OK)
+            return code;
     }
-    result.lost += store.LinkAll();
-    return result;
+    return SQLITE_OK;
+}
+
+/// Reads forward to the damage and then backward to it, so that both sides are saved.
+void SalvageTable(sqlite3* connection, const Table& table, Target& target) {
+    if (ReadTable(connection, table, " ASC", target) == SQLITE_OK)
+        return;
+    const std::size_t lost = target.lost; // what is met again is no further loss
+    ReadTable(connection, table, " DESC", target);
+    target.lost = lost;
 }
 
 } // namespace
@@ -146,22 +178,16 @@ LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) 
         if (const int code = Execute(connection, "BEGIN"); code != SQLITE_OK)
             return {code, 0};
     }
-    const LoadResult result = ReadTables(connection, keys, store);
+    Target target{keys, store};
+    const int code = ReadTables(connection, target);
     if (begins)
         Execute(connection, "COMMIT");
-    return result;
+    return {code, target.lost + store.LinkAll()};
 }
 
-LoadResult SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
-    LoadResult result{SQLITE_OK, 0};
-    for (const Table& table : kTables) {
-        const int code = ReadTable(connection, table, " ASC", keys, store, result.lost);
-        if (code == SQLITE_OK)
-            continue;
-        result.code = code;
-        std::size_t metAgain = 0;
-        ReadTable(connection, table, " DESC", keys, store, metAgain);
-    }
-    result.lost += store.LinkAll();
-    return result;
+std::size_t SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
+    Target target{keys, store};
+    for (const Table& table : kTables)
+        SalvageTable(connection, table, target);
+    return target.lost + store.LinkAll();
 }

@@ -19,4 +19,5 @@ struct LoadResult {
 LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store);
 
 /// As LoadObjects, from a damaged file: what stands before and behind the damage of each table.
-LoadResult SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store);
+/// Answers how many rows were passed over.
+std::size_t SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store);

@@ -12,30 +12,36 @@ PropertyValue PropertyValue::OfInteger(SInt32 integer) {
     return value;
 }
 
-PropertyValue PropertyValue::OfString(std::string utf8) {
+PropertyValue PropertyValue::Of(Kind kind, std::string_view bytes) {
     PropertyValue value;
-    value.fKind = Kind::String;
-    value.fBytes = std::move(utf8);
+    value.fKind = kind;
+    value.fContent = std::make_shared<Content>(Content{std::string(bytes), {}});
     return value;
 }
 
-PropertyValue PropertyValue::OfData(std::string bytes) {
-    PropertyValue value;
-    value.fKind = Kind::Data;
-    value.fBytes = std::move(bytes);
-    return value;
+PropertyValue PropertyValue::OfString(std::string_view utf8) {
+    return Of(Kind::String, utf8);
+}
+
+PropertyValue PropertyValue::OfData(std::string_view bytes) {
+    return Of(Kind::Data, bytes);
+}
+
+std::string_view PropertyValue::Bytes() const {
+    return fContent ? std::string_view(fContent->bytes) : std::string_view();
 }
 
 CFTypeRef PropertyValue::CopyObject() const {
-    if (!fObject)
-        fObject =
-            CFHolder<CFTypeRef>(fKind == Kind::String ? static_cast<CFTypeRef>(MakeString(fBytes))
-                                                      : static_cast<CFTypeRef>(MakeData(fBytes)));
-    return CFRetain(fObject.Get());
+    CFHolder<CFTypeRef>& object = fContent->object;
+    if (!object)
+        object = CFHolder<CFTypeRef>(fKind == Kind::String
+                                         ? static_cast<CFTypeRef>(MakeString(fContent->bytes))
+                                         : static_cast<CFTypeRef>(MakeData(fContent->bytes)));
+    return CFRetain(object.Get());
 }
 
 bool PropertyValue::operator==(const PropertyValue& other) const {
-    return fKind == other.fKind && fInteger == other.fInteger && fBytes == other.fBytes;
+    return fKind == other.fKind && fInteger == other.fInteger && Bytes() == other.Bytes();
 }
 
 const PropertyValue* StoredObject::Own(PropertyKey key) const {
@@ -112,14 +118,9 @@ PropertyKey KeyTable::NumberOf(CFStringRef key) {
     return number;
 }
 
-StoredObject* ObjectStore::Find(MIDIObjectRef ref) const {
-    const auto found = fObjects.find(ref);
-    return found == fObjects.end() ? nullptr : found->second.get();
-}
-
 StoredObject* ObjectStore::FindByUniqueID(MIDIUniqueID uniqueID) const {
-    const auto found = fByUniqueID.find(uniqueID);
-    return found == fByUniqueID.end() ? nullptr : found->second;
+    const auto key = static_cast<std::uint32_t>(uniqueID);
+    return key ? fByUniqueID.Find(key) : nullptr;
 }
 
 bool ObjectStore::Insert(std::unique_ptr<StoredObject> object) {
@@ -127,8 +128,10 @@ bool ObjectStore::Insert(std::unique_ptr<StoredObject> object) {
                             (IsDevice(*object) || IsEntity(*object) || IsEndpoint(*object));
     if (!makesSense || Find(object->ref) || FindByUniqueID(object->uniqueID))
         return false;
-    fByUniqueID.emplace(object->uniqueID, object.get());
-    fObjects.emplace(object->ref, std::move(object));
+    fByRef.Insert(object->ref, object.get());
+    fByUniqueID.Insert(static_cast<std::uint32_t>(object->uniqueID), object.get());
+    object->slot = fObjects.size();
+    fObjects.push_back(std::move(object));
     return true;
 }
 
@@ -162,14 +165,14 @@ bool ObjectStore::LinkToOwner(StoredObject& object) {
 
 std::size_t ObjectStore::LinkAll() {
     std::vector<MIDIObjectRef> orphans;
-    for (const auto& [ref, object] : fObjects) {
+    for (const auto& object : fObjects) {
         if (!LinkToOwner(*object))
-            orphans.push_back(ref);
+            orphans.push_back(object->ref);
     }
     const std::size_t before = fObjects.size();
     for (const MIDIObjectRef ref : orphans)
         Remove(ref);
-    for (const auto& [ref, object] : fObjects)
+    for (const auto& object : fObjects)
         std::sort(object->children.begin(), object->children.end(), ComesBefore);
     return before - fObjects.size();
 }
@@ -196,13 +199,16 @@ void ObjectStore::Remove(MIDIObjectRef ref) {
         child->owner = nullptr;
         Remove(child->ref);
     }
-    Forget(ref);
+    Forget(*object);
 }
 
-void ObjectStore::Forget(MIDIObjectRef ref) {
-    const auto found = fObjects.find(ref);
-    fByUniqueID.erase(found->second->uniqueID);
-    fObjects.erase(found);
+void ObjectStore::Forget(StoredObject& object) {
+    fByRef.Erase(object.ref);
+    fByUniqueID.Erase(static_cast<std::uint32_t>(object.uniqueID));
+    const std::size_t slot = object.slot;
+    fObjects.back()->slot = slot;
+    fObjects[slot].swap(fObjects.back());
+    fObjects.pop_back();
 }
 
 void ObjectStore::SetProperty(StoredObject& object, PropertyKey key, PropertyValue value) {
@@ -221,9 +227,9 @@ bool ObjectStore::RemoveProperty(StoredObject& object, PropertyKey key) {
 }
 
 void ObjectStore::SetUniqueID(StoredObject& object, MIDIUniqueID uniqueID) {
-    fByUniqueID.erase(object.uniqueID);
+    fByUniqueID.Erase(static_cast<std::uint32_t>(object.uniqueID));
     object.uniqueID = uniqueID;
-    fByUniqueID.emplace(uniqueID, &object);
+    fByUniqueID.Insert(static_cast<std::uint32_t>(uniqueID), &object);
 }
 
 void ObjectStore::SetPending(StoredObject& object, std::optional<std::int64_t> since) {
@@ -232,7 +238,7 @@ void ObjectStore::SetPending(StoredObject& object, std::optional<std::int64_t> s
 }
 
 void ObjectStore::SetPlugged(const std::vector<MIDIObjectRef>& plugged) {
-    for (const auto& [ref, object] : fObjects)
+    for (const auto& object : fObjects)
         object->isPlugged = false;
     for (const MIDIObjectRef ref : plugged) {
         if (StoredObject* const object = Find(ref))
@@ -265,7 +271,7 @@ const ObjectStore::AllLists& ObjectStore::Lists() const {
         return *fLists;
     auto lists = std::make_unique<AllLists>();
     List roots;
-    for (const auto& [ref, object] : fObjects) {
+    for (const auto& object : fObjects) {
         if (!object->owner)
             roots.push_back(object.get());
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CoreFoundation/CFHolder.h"
+#include "Platform/CoreMIDI/ObjectIndex.h"
 
 #include <CoreMIDI/CoreMIDI.h>
 
@@ -12,28 +13,34 @@
 #include <unordered_map>
 #include <vector>
 
-/// A property's value: an integer, a text or bytes.
+/// A property's value: an integer, a text or bytes. Copies share their text.
 class PropertyValue {
 public:
     enum class Kind : std::uint8_t { Integer, String, Data };
 
     static PropertyValue OfInteger(SInt32 integer);
-    static PropertyValue OfString(std::string utf8);
-    static PropertyValue OfData(std::string bytes);
+    static PropertyValue OfString(std::string_view utf8);
+    static PropertyValue OfData(std::string_view bytes);
 
     Kind Type() const { return fKind; }
     SInt32 Integer() const { return fInteger; }
     /// UTF-8 of a string, the bytes of data.
-    const std::string& Bytes() const { return fBytes; }
+    std::string_view Bytes() const;
     /// The string or data as an object that is made once; the caller owns a reference of its own.
     CFTypeRef CopyObject() const;
     bool operator==(const PropertyValue& other) const;
 
 private:
+    struct Content {
+        std::string bytes;
+        CFHolder<CFTypeRef> object; ///< made when it is first asked for
+    };
+
+    static PropertyValue Of(Kind kind, std::string_view bytes);
+
     Kind fKind = Kind::Integer;
     SInt32 fInteger = 0;
-    std::string fBytes;
-    mutable CFHolder<CFTypeRef> fObject;
+    std::shared_ptr<Content> fContent;
 };
 
 /// The number of a property key; KeyTable gives them out.
@@ -58,17 +65,20 @@ struct HardwareRecord {
 
 /// One MIDI object as the database has it. Owner and children are not owned.
 struct StoredObject {
+    // What reading a property needs stands together.
     MIDIObjectRef ref = 0;
     MIDIObjectType type = kMIDIObjectType_Other;
     MIDIUniqueID uniqueID = kMIDIInvalidUniqueID;
-    std::int64_t position = 0;
-    MIDIObjectRef ownerRef = 0;
-    std::optional<std::int64_t> pendingSince; ///< set while a device is not added to the setup
+    bool isPlugged = false; ///< the system tells that it is there now
     StoredObject* owner = nullptr;
-    std::vector<StoredObject*> children; ///< in their order
-    std::vector<StoredProperty> properties;
     std::unique_ptr<HardwareRecord> hardware; ///< null for what a person added
-    bool isPlugged = false;                   ///< the system tells that it is there now
+    std::vector<StoredProperty> properties;
+
+    std::vector<StoredObject*> children; ///< in their order
+    std::int64_t position = 0;
+    std::optional<std::int64_t> pendingSince; ///< set while a device is not added to the setup
+    MIDIObjectRef ownerRef = 0;
+    std::size_t slot = 0; ///< where its store keeps it
 
     const PropertyValue* Own(PropertyKey key) const;
     /// Its own value, else its owner's.
@@ -122,7 +132,7 @@ public:
 
     // Finding; null where there is none
 
-    StoredObject* Find(MIDIObjectRef ref) const;
+    StoredObject* Find(MIDIObjectRef ref) const { return ref ? fByRef.Find(ref) : nullptr; }
     StoredObject* FindByUniqueID(MIDIUniqueID uniqueID) const;
     std::size_t Count() const { return fObjects.size(); }
 
@@ -166,9 +176,10 @@ private:
     const AllLists& Lists() const;
     void ListObject(AllLists& lists, const StoredObject& object) const;
     bool LinkToOwner(StoredObject& object);
-    void Forget(MIDIObjectRef ref);
+    void Forget(StoredObject& object);
 
-    std::unordered_map<MIDIObjectRef, std::unique_ptr<StoredObject>> fObjects;
-    std::unordered_map<MIDIUniqueID, StoredObject*> fByUniqueID;
+    std::vector<std::unique_ptr<StoredObject>> fObjects; ///< in no order
+    ObjectIndex<StoredObject> fByRef;
+    ObjectIndex<StoredObject> fByUniqueID;
     mutable std::unique_ptr<AllLists> fLists;
 };

@@ -144,7 +144,7 @@ OSStatus MIDIObjectSetStringProperty(MIDIObjectRef ref, CFStringRef propertyID,
 
 OSStatus MIDIObjectSetDataProperty(MIDIObjectRef ref, CFStringRef propertyID, CFDataRef data) {
     return SetProperty(ref, propertyID,
-                       PropertyValue::OfData(data ? std::string(BytesOf(data)) : std::string()));
+                       PropertyValue::OfData(data ? BytesOf(data) : std::string_view()));
 }
 
 OSStatus MIDIObjectRemoveProperty(MIDIObjectRef ref, CFStringRef propertyID) {

@@ -183,7 +183,7 @@ OSStatus Salvage(const std::filesystem::path& from, const std::filesystem::path&
     ObjectStore store;
     {
         const ConnectionHolder damaged = OpenAsItIs(from);
-        counts.lost = static_cast<UInt32>(SalvageObjects(damaged.get(), keys, store).lost);
+        counts.lost = static_cast<UInt32>(SalvageObjects(damaged.get(), keys, store));
     }
     DatabaseProblem problem;
     const std::unique_ptr<Database> saved = Database::Open(to, problem);

@@ -65,13 +65,15 @@ struct FileMarks {
 };
 
 FileMarks ReadMarks(sqlite3* connection) {
-    Statement query(connection, "SELECT (SELECT count(*) FROM sqlite_schema),"
-                                "(SELECT user_version FROM pragma_user_version),"
-                                "(SELECT application_id FROM pragma_application_id)");
-    const int code = query.Step();
+    Statement version(connection, "PRAGMA user_version");
+    const int code = version.Step();
     if (code != SQLITE_ROW)
         return {code, 0, 0, false};
-    return {SQLITE_OK, query.Integer(1), query.Integer(2), query.Integer(0) == 0};
+    FileMarks marks{SQLITE_OK, version.Integer(0), 0, false};
+    marks.application = QueryInteger(connection, "PRAGMA application_id", 0);
+    if (marks.version == 0)
+        marks.isEmpty = QueryInteger(connection, "SELECT count(*) FROM sqlite_schema", 1) == 0;
+    return marks;
 }
 
 DatabaseProblem CheckMarks(const FileMarks& marks, const std::filesystem::path& path) {
@@ -90,24 +92,28 @@ DatabaseProblem CheckMarks(const FileMarks& marks, const std::filesystem::path& 
     return {};
 }
 
-/// SQLite does not wait on its own when another process switches the mode at the same moment.
-int SwitchToWAL(sqlite3* connection) {
+/// The journal mode after asking for WAL; empty, and an error in `code`, if that failed.
+std::string AskForWAL(sqlite3* connection, int& code) {
+    Statement query(connection, "PRAGMA journal_mode=WAL");
+    code = query.Step();
+    return code == SQLITE_ROW ? std::string(query.Bytes(0)) : std::string();
+}
+
+int ConfigureForWriting(sqlite3* connection, bool& isWAL) {
     int code = SQLITE_BUSY;
+    std::string mode;
+    // SQLite does not wait on its own when another process switches the mode at the same moment.
     for (int attempt = 0; attempt < 500 && (code & 0xFF) == SQLITE_BUSY; ++attempt) {
         if (attempt > 0)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        code = Execute(connection, "PRAGMA journal_mode=WAL");
+        mode = AskForWAL(connection, code);
     }
-    return code;
-}
-
-int ConfigureForWriting(sqlite3* connection) {
-    if (const int code = SwitchToWAL(connection); code != SQLITE_OK)
+    if (code != SQLITE_ROW)
         return code;
-    // Without WAL (a file system without shared memory) only a full sync survives a kill safely.
-    const bool isWAL = JournalMode(connection) == "wal";
-    Execute(connection, isWAL ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
-    return Execute(connection, "PRAGMA foreign_keys=ON");
+    isWAL = mode == "wal";
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
+    // Without write-ahead logging only a full sync survives a kill safely.
+    return Execute(connection, isWAL ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
 }
 
 int Migrate(sqlite3* connection) {
@@ -125,20 +131,16 @@ int Migrate(sqlite3* connection) {
 
 } // namespace
 
-std::string JournalMode(sqlite3* connection) {
-    Statement query(connection, "PRAGMA journal_mode");
-    return query.Step() == SQLITE_ROW ? std::string(query.Bytes(0)) : std::string();
-}
-
-DatabaseProblem PrepareSchema(sqlite3* connection, const std::filesystem::path& path) {
+SchemaResult PrepareSchema(sqlite3* connection, const std::filesystem::path& path) {
     const FileMarks marks = ReadMarks(connection);
-    if (const DatabaseProblem problem = CheckMarks(marks, path);
-        problem.state != kKestrinMIDIDatabaseReady)
-        return problem;
+    SchemaResult result{CheckMarks(marks, path)};
+    if (result.problem.state != kKestrinMIDIDatabaseReady)
+        return result;
     if (sqlite3_db_readonly(connection, "main") == 1)
-        return ProblemOf(SQLITE_READONLY, path);
-    int code = ConfigureForWriting(connection);
+        return {ProblemOf(SQLITE_READONLY, path)};
+    int code = ConfigureForWriting(connection, result.isWAL);
     if (code == SQLITE_OK && marks.version < kVersion)
         code = Migrate(connection);
-    return ProblemOf(code, path);
+    result.problem = ProblemOf(code, path);
+    return result;
 }
