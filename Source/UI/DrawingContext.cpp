@@ -112,6 +112,12 @@ void DrawingContext::DrawString(const UString& text, Rect rect, TextAlignment al
     layout.DrawLayout(&context);
 }
 
+void DrawingContext::DrawTextLayout(TextLayout& layout, const Point& start) {
+    CGContext& context = LiveContext();
+    const TranslatedState state(context, start.x, start.y);
+    layout.DrawLayout(&context);
+}
+
 void DrawingContext::FrameRect(const Rect& rect, float width, const RGBAColor& color) {
     CGContext& context = LiveContext();
     context.SetRGBStrokeColor(color.red, color.green, color.blue, color.alpha);

@@ -13,6 +13,7 @@ namespace Kestrin {
 
 struct DrawingContextData;
 class Path;
+class TextLayout;
 
 /// What a view draws with. It is live during the view's draw event only: every operation that draws
 /// is a fatal fault outside of one (thrown as -603). Coordinates are those of the view.
@@ -40,6 +41,10 @@ public:
     /// Draws one line, vertically centred within the rectangle; nothing for an empty text or
     /// rectangle.
     void DrawString(const UString& text, Rect rect, TextAlignment alignment);
+
+    /// Draws a layout of the caller's own, wrapped or truncated text, with the start of its first
+    /// baseline at `start`.
+    void DrawTextLayout(TextLayout& layout, const Point& start);
 
     // Shapes. A negative extent reaches to the other side of the rectangle's origin.
 
