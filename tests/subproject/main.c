@@ -1,0 +1,5 @@
+#include <CoreMIDI/CoreMIDI.h>
+
+int main(void) {
+    return (int)MIDIGetNumberOfDevices();
+}
