@@ -146,6 +146,8 @@ WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int
     const QPointer<PopUpWidget> widget = new PopUpWidget(menu, parent);
     parent->window()->installEventFilter(widget);
     shown.fWidget = widget;
+    // It covers the control that it opened over, to its right edge.
+    widget->setMinimumWidth(std::max(0, parent->width() - static_cast<int>(where.x)));
     const QAction* action =
         widget->Track(parent->mapToGlobal(QPointF(where.x, where.y)).toPoint(), item);
     // The chosen action is part of the widget, which goes with its parent.
