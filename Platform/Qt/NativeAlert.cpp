@@ -9,15 +9,23 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <algorithm>
 #include <vector>
 
 namespace Kestrin {
 
 namespace {
 
-/// The keyboard and screen readers can go through the text as well.
+constexpr int kTextWidth = 400; // before it wraps
+
+/// Shows its text as it is, selectable, so that the keyboard and screen readers can go through it.
 void MakeReadable(QLabel& label) {
+    label.setTextFormat(Qt::PlainText);
     label.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    const QRect limit(0, 0, kTextWidth, QWIDGETSIZE_MAX);
+    const QRect text = label.fontMetrics().boundingRect(
+        limit, Qt::TextWordWrap | Qt::TextWrapAnywhere, label.text());
+    label.setMinimumWidth(std::min(text.width() + 2 * label.margin() + 1, kTextWidth));
 }
 
 void MakeBold(QLabel& label) {
@@ -66,7 +74,10 @@ public:
         fButtons << addButton(WithoutMnemonics(title), QMessageBox::ActionRole);
     }
 
-    void AddPlatformButton() { fButtons << addButton(QMessageBox::Ok); }
+    void AddPlatformButton() {
+        fButtons << addButton(QMessageBox::Ok);
+        fButtons.back()->setIcon(QIcon()); // like the buttons that callers add
+    }
 
     /// The index of the pressed button, -1 if it ended otherwise. Null-safe behind its own end.
     static int Ask(const QPointer<AlertBox>& box, int cancelIndex) {

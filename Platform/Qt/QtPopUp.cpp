@@ -7,8 +7,10 @@
 #include "Platform/UI/NativeApplication.h"
 #include "Platform/UI/NativeMenu.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QProxyStyle>
 #include <QScreen>
 #include <algorithm>
 #include <vector>
@@ -32,11 +34,25 @@ QString WithoutMnemonics(QString text) {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// The program's style, but menus that are taller than the screen scroll instead of taking columns.
+class ScrollingMenuStyle : public QProxyStyle {
+public:
+    ScrollingMenuStyle()
+        : QProxyStyle(QApplication::style()->name()) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        return hint == SH_Menu_Scrollable ? 1
+                                          : QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
+
 /// The widget of an open menu. It is made for one opening from what the menu holds then.
 class PopUpWidget : public QMenu {
 public:
     PopUpWidget(const NativeMenu& menu, QWidget* parent)
         : QMenu(parent) {
+        setStyle(&fStyle);
         for (int i = 0; i < menu.NumberOfItems(); ++i)
             Add(menu.ItemAt(i), menu.AutoenablesItems());
         ElideLongTexts();
@@ -125,6 +141,7 @@ private:
         return titles;
     }
 
+    ScrollingMenuStyle fStyle;
     QStringList fTitles;
     QAction* fFirst = nullptr;
     TypeAhead fTypeAhead;

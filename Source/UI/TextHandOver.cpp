@@ -12,8 +12,9 @@ namespace {
 bool IsHighSurrogate(unsigned short unit) {
     return (unit & 0xFF00) == 0xDB00;
 }
+/// Wider than what the framework's own readers take, since its writer gives out all of these.
 bool IsLowSurrogate(unsigned short unit) {
-    return (unit & 0xFF00) == 0xDC00;
+    return (unit & 0xFC00) == 0xDC00;
 }
 
 bool IsInsideCharacter(const std::string& utf8, std::size_t position) {

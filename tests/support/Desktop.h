@@ -1,0 +1,85 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A person at the desktop that a test runs on: what stands on the screen, and the real keyboard
+/// and mouse. For tests that run ON_DISPLAY.
+namespace Desktop {
+
+struct Rectangle {
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
+/// The pop-up menu that is open. Rectangles are on the screen.
+struct Menu {
+    struct Item {
+        std::string text; ///< as it is drawn
+        bool isChecked = false;
+        bool isEnabled = true;
+        Rectangle place;
+    };
+    std::vector<Item> items;
+    int highlighted = -1;
+    Rectangle place;
+};
+std::optional<Menu> OpenMenu();
+
+/// The alert that is open.
+struct Alert {
+    std::string windowTitle;
+    std::string headline;
+    std::string text;
+    std::vector<std::string> buttons; ///< from left to right
+    std::vector<Rectangle> buttonPlaces;
+    std::string focused; ///< the button that has the keyboard focus
+    std::string defaultButton;
+    bool isCritical = false;
+    Rectangle place;
+};
+std::optional<Alert> OpenAlert();
+
+Rectangle Screen();
+
+/// Runs xdotool with these arguments; a failure of it is the test's.
+void Input(const std::string& arguments);
+
+/// Hands the keys (names as xdotool knows them) to whatever has the focus, one after the other.
+void Type(const std::string& keys);
+void MoveTo(int x, int y);
+/// As by the button in its title bar.
+void CloseActiveWindow();
+
+/// Saves a picture of the screen for a person to look at, where the variable KESTRIN_PICTURES names
+/// a folder; else does nothing.
+void Picture(const std::string& name);
+
+/// Steps that are taken while the code under test waits in an event loop of its own. Each step
+/// waits until its condition holds and then acts; when one waits for too long the test fails and
+/// every event loop is ended.
+class Script {
+public:
+    Script();
+    ~Script();
+    Script(const Script&) = delete;
+    Script& operator=(const Script&) = delete;
+
+    Script& When(std::function<bool()> condition, std::function<void()> action);
+    Script& WhenMenuIsOpen(std::function<void(const Menu&)> action);
+    Script& WhenHighlighted(int item, std::function<void()> action);
+    Script& WhenAlertIsOpen(std::function<void(const Alert&)> action);
+
+    /// Whether all steps were taken.
+    bool IsDone() const;
+
+    /// Handles events until all steps were taken.
+    void Play();
+
+private:
+    struct Data;
+    Data* fData;
+};
+
+} // namespace Desktop
