@@ -85,20 +85,6 @@ TEST(UString, SortsByUnsignedUnits) {
     }
 }
 
-TEST(UTraits, ServesAsCompleteCharacterTraits) {
-    using Traits = UTraits<unsigned short>;
-    const unsigned short units[] = {1, 0xFFFF, 0};
-    EXPECT_EQ(Traits::length(units), 2u);
-    EXPECT_EQ(Traits::find(units, 2, 0xFFFF), units + 1);
-    EXPECT_EQ(Traits::find(units, 2, 0), nullptr);
-    EXPECT_FALSE(Traits::eq_int_type(Traits::to_int_type(0xFFFF), Traits::eof()));
-    EXPECT_FALSE(Traits::eq_int_type(Traits::not_eof(Traits::eof()), Traits::eof()));
-    UTF16String overlapping = {1, 2, 3, 4};
-    Traits::move(&overlapping[1], &overlapping[0], 3);
-    EXPECT_EQ(overlapping, (UTF16String{1, 1, 2, 3}));
-    EXPECT_LT((UTF32String{0x7FFFFFFF}), (UTF32String{0x80000000}));
-}
-
 TEST(FormattedStreamProxy, AppendsWhatWasWrittenWhenItsLifeEnds) {
     UString text = "x"_u;
     { UString::FormattedStreamProxy untouched(text); }
