@@ -1,6 +1,7 @@
 #include "app/CBasicApp.h"
 
 #include "Commands/ChainOfCommand.h"
+#include "Resources/ResourceAccess.h"
 
 #include "app/CnslWindow.h"
 
@@ -9,12 +10,15 @@ using namespace Kestrin;
 namespace {
 
 const UString kApplicationName("Sorvex Mackie Setup", UString::kASCII);
+const UString kIconName("SorvexMackieSetup", UString::kASCII);
+const UString kIconType("svg", UString::kASCII);
 
 } // namespace
 
 CBasicApp::CBasicApp(const Application::PlatformParameters& parameters)
     : Application(parameters, kApplicationName)
     , RequestHandler(nullptr) {
+    SetIcon(ResourceAccess::Instance().GetFile(kIconName, kIconType));
     RebuildMenuBar();
     ChainOfCommand::Instance()->SetGopher(this);
     fWindow = std::make_unique<CnslWindow>(this);

@@ -1,5 +1,7 @@
 #include "App/Application.h"
 
+#include "Resources/FileSpecification.h"
+
 #include "App/ApplicationDelegate.h"
 #include "App/MenuBar.h"
 
@@ -57,6 +59,10 @@ Application* Application::Current() {
 
 UString Application::GetName() const {
     return fData->name;
+}
+
+void Application::SetIcon(const FileSpecification& picture) {
+    NativeApplication::Shared().SetIconFile(picture.GetPOSIXPath());
 }
 
 void Application::Run() {

@@ -7,6 +7,8 @@
 
 namespace Kestrin {
 
+class FileSpecification;
+
 /// The base of a desktop application: its name, its menu bar, its event loop and its end. One
 /// exists per process, on the main thread; it is made before the first window and deleted after the
 /// last.
@@ -25,6 +27,9 @@ public:
 
     /// A copy of the name given at construction.
     virtual UString GetName() const;
+
+    /// The picture that stands for the program, an SVG or PNG file; for windows made after this.
+    void SetIcon(const FileSpecification& picture);
 
     // The event loop
 
