@@ -56,8 +56,9 @@ public:
         Note("wheel " + Words(at, m) + " by " + std::to_string(dx) + "," + std::to_string(dy));
     }
     bool DoTextInput(const UString& text, unsigned int m, unsigned char key) override {
+        const bool takes = takesKeys;
         Note("key '" + text.utf8_str() + "' " + std::to_string(m) + " " + std::to_string(key));
-        return takesKeys;
+        return takes;
     }
     void DoVisibleStateChanged() override { Note("visibility"); }
     void DoKeyFocusStateChanged(bool focus) override { Note(focus ? "focus" : "no focus"); }
