@@ -11,6 +11,7 @@
 namespace {
 
 constexpr const char* kDeviceFile = "/dev/snd/seq";
+constexpr int kMostReadings = 4;
 
 struct SequencerCloser {
     void operator()(snd_seq_t* sequencer) const { snd_seq_close(sequencer); }
@@ -74,8 +75,10 @@ private:
     void ListenForAnnouncements();
     bool TakeAnnouncements();
     void ReadClients(SequencerSnapshot& snapshot);
+    void ReadCards(SequencerSnapshot& snapshot);
 
     SequencerHolder fSequencer;
+    bool fChangedWhileRead = false;
 };
 
 SequencerState AlsaSequencer::Open() {
@@ -119,7 +122,7 @@ bool AlsaSequencer::TakeAnnouncements() {
 
 bool AlsaSequencer::HasChanged() {
     if (fSequencer)
-        return TakeAnnouncements();
+        return TakeAnnouncements() || fChangedWhileRead;
     // The sequencer came into being: its first device was plugged in.
     return access(kDeviceFile, R_OK | W_OK) == 0;
 }
@@ -133,21 +136,33 @@ void AlsaSequencer::ReadClients(SequencerSnapshot& snapshot) {
         snapshot.clients.push_back(ClientOf(fSequencer.get(), info));
 }
 
-SequencerSnapshot AlsaSequencer::Read() {
-    SequencerSnapshot snapshot;
-    snapshot.state = Open();
-    if (snapshot.state != SequencerState::Ready)
-        return snapshot;
-    // Announcements that come while it is read make the next HasChanged true.
-    TakeAnnouncements();
-    ReadClients(snapshot);
+void AlsaSequencer::ReadCards(SequencerSnapshot& snapshot) {
     std::set<int> cards;
     for (const SequencerClient& client : snapshot.clients) {
         if (client.card >= 0)
             cards.insert(client.card);
     }
-    for (const int card : cards)
-        snapshot.cards.push_back(ReadSoundCard(card));
+    for (const int number : cards) {
+        if (std::optional<SoundCard> card = ReadSoundCard(number))
+            snapshot.cards.push_back(*std::move(card));
+    }
+}
+
+SequencerSnapshot AlsaSequencer::Read() {
+    // What was read before and after a change does not fit together: a card's number may be another
+    // card's by then. A change that never ends makes the next HasChanged true instead.
+    SequencerSnapshot snapshot;
+    fChangedWhileRead = true;
+    for (int reading = 0; fChangedWhileRead && reading < kMostReadings; ++reading) {
+        snapshot = {};
+        snapshot.state = Open();
+        if (snapshot.state != SequencerState::Ready)
+            return snapshot;
+        TakeAnnouncements();
+        ReadClients(snapshot);
+        ReadCards(snapshot);
+        fChangedWhileRead = TakeAnnouncements();
+    }
     return snapshot;
 }
 

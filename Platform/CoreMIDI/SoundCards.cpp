@@ -20,14 +20,17 @@ std::string ReadAttribute(const path& folder, const char* name) {
     return text;
 }
 
-bool HasAttribute(const path& folder, const char* name) {
-    std::error_code none;
-    return std::filesystem::exists(folder / name, none);
-}
-
 path Canonical(const path& link) {
     std::error_code gone;
     return std::filesystem::canonical(link, gone);
+}
+
+/// Whether a folder's name is that of a USB interface: "1-1.4:1.0". The device is the folder above;
+/// one goes by the name, since hubs look like devices too when the device's own files are already
+/// gone.
+bool IsUsbInterface(const std::string& name) {
+    return name.find_first_not_of("0123456789-.:") == std::string::npos &&
+           name.find('-') < name.find(':') && name.find(':') != std::string::npos;
 }
 
 /// The controller of a USB device: the folder above its root hub ("usb1").
@@ -53,11 +56,12 @@ std::string ShortNameOf(int card) {
 } // namespace
 
 std::optional<UsbUnit> UsbUnitAbove(const path& folder) {
-    path device = folder;
-    while (device.has_relative_path() && !HasAttribute(device, "idVendor"))
-        device = device.parent_path();
-    if (!HasAttribute(device, "idVendor"))
+    path interface = folder;
+    while (interface.has_relative_path() && !IsUsbInterface(interface.filename().string()))
+        interface = interface.parent_path();
+    if (!interface.has_relative_path())
         return std::nullopt;
+    const path device = interface.parent_path();
     return UsbUnit{ReadAttribute(device, "idVendor"),
                    ReadAttribute(device, "idProduct"),
                    ReadAttribute(device, "manufacturer"),
@@ -66,13 +70,20 @@ std::optional<UsbUnit> UsbUnitAbove(const path& folder) {
                    ControllerOf(device) + "-" + ReadAttribute(device, "devpath")};
 }
 
-SoundCard ReadSoundCard(int number) {
-    const path device = Canonical("/sys/class/sound/card" + std::to_string(number) + "/device");
+std::optional<SoundCard> ReadSoundCard(int number) {
+    const path entry = "/sys/class/sound/card" + std::to_string(number);
+    const path place = Canonical(entry);
+    const path device = Canonical(entry / "device");
     SoundCard card;
     card.number = number;
     card.name = ShortNameOf(number);
     card.driver = Canonical(device / "driver").filename().string();
     card.path = device.filename().string();
     card.usb = UsbUnitAbove(device);
+    // Of a unit that is pulled out, the link to the driver goes first, then the card's entry, and
+    // the USB device's files last: while the first two are there, what was read is whole.
+    const bool hasLostDriver = card.usb && card.driver.empty();
+    if (place.empty() || hasLostDriver || Canonical(entry) != place)
+        return std::nullopt;
     return card;
 }

@@ -4,9 +4,10 @@
 
 #include <filesystem>
 
-/// Reads what the system tells of a sound card. What is missing, or gone by now, stays empty.
-SoundCard ReadSoundCard(int number);
+/// Reads what the system tells of a sound card. Nothing for one that is gone, also if it went while
+/// it was read.
+std::optional<SoundCard> ReadSoundCard(int number);
 
-/// The USB device that the sysfs folder of an interface or a device lies in; nothing where there is
-/// none. `folder` has no symbolic links.
+/// The USB device whose interface the sysfs folder is or lies in; nothing where there is none.
+/// `folder` has no symbolic links.
 std::optional<UsbUnit> UsbUnitAbove(const std::filesystem::path& folder);

@@ -29,13 +29,21 @@ TEST(SoundCards, ReadTheUsbDeviceAboveTheInterface) {
     EXPECT_EQ(unit->serial, "");
     EXPECT_EQ(unit->path, "dummy_hcd.0-1.4");
     EXPECT_FALSE(UsbUnitAbove(folder / "devices/platform"));
+    EXPECT_FALSE(UsbUnitAbove("/sys/devices/pci0000:00/0000:00:1f.3"));
     EXPECT_FALSE(UsbUnitAbove({}));
 }
 
-TEST(SoundCards, AreEmptyWhenTheyAreGone) {
-    const SoundCard gone = ReadSoundCard(31);
-    EXPECT_EQ(gone.name, "");
-    EXPECT_FALSE(gone.usb);
+TEST(SoundCards, AreNotTakenForTheHubWhenTheirOwnFilesAreGone) {
+    const TemporaryFolder folder;
+    const auto hub = folder / "devices/platform/dummy_hcd.0/usb1";
+    std::filesystem::create_directories(hub / "1-1/1-1:1.0");
+    Write(hub / "idVendor", "1d6b\n");
+    const auto unit = UsbUnitAbove(hub / "1-1/1-1:1.0");
+    EXPECT_TRUE(!unit || unit->vendorID.empty());
+}
+
+TEST(SoundCards, AreLeftOutWhenTheyAreGone) {
+    EXPECT_FALSE(ReadSoundCard(31));
 }
 
 } // namespace
