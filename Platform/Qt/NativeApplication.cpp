@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QFileOpenEvent>
+#include <QIcon>
 #include <QTimer>
 #include <QUrl>
 #include <chrono>
@@ -133,6 +134,10 @@ void NativeApplication::SetName(const std::string& name, const std::string& iden
     // The toolkit puts a display name behind every window's title, so it gets none.
     QCoreApplication::setApplicationName(ToQString(identifier));
     QGuiApplication::setDesktopFileName(ToQString(identifier));
+}
+
+void NativeApplication::SetIconFile(const std::string& path) {
+    QGuiApplication::setWindowIcon(QIcon(ToQString(path)));
 }
 
 const std::string& NativeApplication::Name() const {

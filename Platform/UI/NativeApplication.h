@@ -46,6 +46,11 @@ public:
     void SetName(const std::string& name, const std::string& identifier);
     const std::string& Name() const;
 
+    /// The picture in the title bars of windows made from now on and wherever the desktop shows the
+    /// program: the path of an SVG or PNG file. A file that cannot be read leaves the desktop's
+    /// own.
+    void SetIconFile(const std::string& path);
+
     /// Makes `delegate` the receiver of the events above, null for none; it is not owned. While
     /// there is one, the signals that ask for the end are its QuitRequested (of each kind the
     /// first: another one ends the process); without one they have the meaning that they had

@@ -25,8 +25,8 @@ protected:
 
 /// The platform's single-line text field, without frame and background, inside a native view. An
 /// edit begins when the field gets the keyboard focus and ends when the focus moves inside the
-/// window; another window, an alert or a menu in front leaves it going. Focus and an accessible name
-/// given to the host go on to the field. Text is UTF-8.
+/// window; another window, an alert or a menu in front leaves it going. Focus and an accessible
+/// name given to the host go on to the field. Text is UTF-8.
 class NativeTextField {
 public:
     enum class Alignment { kLeft, kRight, kCenter };

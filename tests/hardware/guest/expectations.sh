@@ -1,6 +1,7 @@
 # Sourced by each case: what is asked of the programs, and of what they answer.
 
-midisetup() { "$BUILD_DIR/tools/midisetup/midisetup" "$@"; }
+group_key=com_velt_sorvex_control_surface_groupid
+position_key=com_velt_sorvex_control_surface_grouppos
 
 skip() {
     echo "skipped: $1"
@@ -12,4 +13,46 @@ expect_equal() {
     [ "$2" = "$3" ] && return
     printf '%s\n--- wanted\n%s\n--- got\n%s\n' "$1" "$2" "$3"
     return 1
+}
+
+# The tool, which has nothing to complain about in any case.
+midisetup() {
+    local errors=$work/errors.$BASHPID code=0
+    "$BUILD_DIR/tools/midisetup/midisetup" "$@" 2>"$errors" || code=$?
+    [ $code -eq 0 ] && [ ! -s "$errors" ] && return
+    { echo "midisetup $* ended with $code and said:" && cat "$errors"; } >&2
+    return 1
+}
+
+# A line for each surface that the program would find, in its order.
+#   surfaces FIELD...    name, uniqueID, type, group, storedPosition ...
+surfaces() {
+    midisetup surfaces --json | awk -v wanted="$*" '
+        match($0, /^ *"[A-Za-z]+": /) {
+            value = substr($0, RLENGTH + 1)
+            gsub(/^"|"?,?$/, "", value)
+            split($0, quoted, "\"")
+            values[quoted[2]] = value
+        }
+        /}/ {
+            count = split(wanted, fields, " ")
+            for (i = 1; i <= count; ++i)
+                printf "%s%s", values[fields[i]], i < count ? " | " : "\n"
+        }'
+}
+
+# Everything that is known, as a tree without the unique IDs.
+tree() {
+    midisetup list | sed 's/  #-\{0,1\}[0-9]*$//'
+}
+
+# settings_of DEVICE: the stored group and position.
+settings_of() {
+    echo "$(midisetup get "$1" $group_key) $(midisetup get "$1" $position_key)"
+}
+
+# settle DEVICE GROUP POSITION: stores both settings.
+settle() {
+    midisetup set "$1" $group_key "$2"
+    midisetup set "$1" $position_key "$3"
 }

@@ -5,16 +5,16 @@
 gadgets=/sys/kernel/config/usb_gadget
 sequencer_bus=/sys/bus/snd_seq
 
-# wait_until WHAT COMMAND...: until the command succeeds; fails after 20 s and says what it waited for.
+# wait_until WHAT COMMAND...: until the command succeeds; fails after a minute and says what it waited for.
 wait_until() {
-    local what=$1 deadline=$((SECONDS + 20))
+    local what=$1 deadline=$((SECONDS + 60))
     shift
     until "$@"; do
         if [ $SECONDS -ge $deadline ]; then
             echo "waited in vain until $what" >&2
             return 1
         fi
-        sleep 0.02
+        sleep 0.05
     done
 }
 
@@ -46,7 +46,7 @@ make_unit() {
 card_at() {
     local card
     for card in /sys/devices/platform/dummy_hcd."$1"/usb*/*-1/*/sound/card*; do
-        [ -d "$card" ] && basename "$card" && return
+        [ -d "$card" ] && echo "${card##*/}" && return
     done
     return 1
 }
@@ -57,12 +57,29 @@ client_at() {
     card=$(card_at "$1") && echo $((16 + 4 * ${card#card}))
 }
 
+ports_of_client() {
+    local kind number rest client ports=0
+    while read -r kind number rest; do
+        [ "$kind" != Client ] || client=$number
+        [ "$kind" != Port ] || [ "$client" != "$1" ] || ports=$((ports + 1))
+    done <<<"$(</proc/asound/seq/clients)" # read at once, as it changes while others look, too
+    echo $ports
+}
+
+# A card that appears just while power_unit keeps the sequencer's drivers away has missed them.
+bind_sequencer() {
+    local device=seq-midi-${1#card}-0
+    [ ! -e $sequencer_bus/devices/$device ] || [ -e $sequencer_bus/devices/$device/driver ] ||
+        echo $device >$sequencer_bus/drivers/snd_seq_midi/bind
+}
+
 # has_ports PLACE PORTS: whether that many sequencer ports are there.
 has_ports() {
-    local client
+    local card client
+    card=$(card_at "$1") || return 1
+    bind_sequencer "$card" 2>/dev/null || true # the kernel may have been faster
     client=$(client_at "$1") || return 1
-    [ "$(awk -v client="$client" '$1 == "Client" { here = $2 == client } here && $1 == "Port"' \
-        /proc/asound/seq/clients | wc -l)" -eq "$2" ]
+    [ "$(ports_of_client "$client")" -eq "$2" ]
 }
 
 # The unit's own side of the cable is a sound card of the same machine. It is given one of the last card
