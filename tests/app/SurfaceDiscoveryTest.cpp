@@ -240,6 +240,18 @@ TEST_F(SurfaceDiscovery, StoresTheDefaultsOfNewSurfacesAndReadsThoseOfOthers) {
     EXPECT_EQ(found[1].groupPosition, -40);
 }
 
+TEST_F(SurfaceDiscovery, TakesNamesThatAreNoTextForMissing) {
+    const MIDIDeviceRef surface = AddMackieControl();
+    fStudio.Cable(fInterface, 1, surface);
+    fStudio.SetBytes(surface, "name", "Desk", 4);
+    EXPECT_EQ(NameOf(Scan().at(0)), "");
+    fStudio.SetNumber(surface, "model", 20);
+    EXPECT_THAT(FoundIDs(), ElementsAre());
+    fStudio.SetText(surface, "model", "HUI");
+    fStudio.SetBytes(surface, "manufacturer", "Mackie", 6);
+    EXPECT_THAT(FoundIDs(), ElementsAre());
+}
+
 TEST_F(SurfaceDiscovery, EndsOnListsThatAreLongAndLeadNowhere) {
     // All endpoints of a device inherit its list.
     constexpr std::size_t kIDsInAMebibyte = (std::size_t{1} << 20U) / sizeof(MIDIUniqueID);
