@@ -2,6 +2,7 @@
 #include "Platform/CoreMIDI/SoundCards.h"
 
 #include <alsa/asoundlib.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -35,6 +36,17 @@ snd_seq_t* OpenKernelSequencer() {
     }
     snd_input_close(text);
     return sequencer;
+}
+
+/// Whether the sequencer can be opened. Asked of the system itself, since the library prints a
+/// complaint of its own where it can't.
+SequencerState ProbeSequencer() {
+    const int descriptor = open(kDeviceFile, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return errno == EACCES || errno == EPERM ? SequencerState::NotPermitted
+                                                 : SequencerState::Missing;
+    close(descriptor);
+    return SequencerState::Ready;
 }
 
 SequencerPort PortOf(const snd_seq_port_info_t* info) {
@@ -84,10 +96,8 @@ private:
 SequencerState AlsaSequencer::Open() {
     if (fSequencer)
         return SequencerState::Ready;
-    // Asked first, since the library prints its own complaint about a missing file.
-    if (access(kDeviceFile, R_OK | W_OK) != 0)
-        return errno == EACCES || errno == EPERM ? SequencerState::NotPermitted
-                                                 : SequencerState::Missing;
+    if (const SequencerState state = ProbeSequencer(); state != SequencerState::Ready)
+        return state;
     fSequencer.reset(OpenKernelSequencer());
     if (!fSequencer)
         return SequencerState::Missing;
@@ -124,7 +134,7 @@ bool AlsaSequencer::HasChanged() {
     if (fSequencer)
         return TakeAnnouncements() || fChangedWhileRead;
     // The sequencer came into being: its first device was plugged in.
-    return access(kDeviceFile, R_OK | W_OK) == 0;
+    return ProbeSequencer() == SequencerState::Ready;
 }
 
 void AlsaSequencer::ReadClients(SequencerSnapshot& snapshot) {

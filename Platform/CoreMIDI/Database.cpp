@@ -90,6 +90,12 @@ DatabaseProblem ProblemOf(int code, const std::filesystem::path& path) {
             return {kKestrinMIDIDatabaseReadOnly,
                     Sentence(path, "can't be opened for reading and writing in its folder.")};
         return {kKestrinMIDIDatabaseNoFolder, Sentence(path, "can't be made in its folder.")};
+    case SQLITE_IOERR:
+    case SQLITE_FULL:
+    case SQLITE_NOMEM:
+        return {kKestrinMIDIDatabaseUnreachable,
+                Sentence(path,
+                         std::string("can't be read or written (") + sqlite3_errstr(code) + ").")};
     default:
         return {kKestrinMIDIDatabaseDamaged,
                 Sentence(path, std::string("is damaged (") + sqlite3_errstr(code) + ").")};

@@ -2,6 +2,9 @@
 
 #include <CoreMIDI/MIDIDatabase.h>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 using List = ObjectStore::List;
@@ -19,41 +22,39 @@ MIDIObjectRef MemberOf(const List& (ObjectStore::*list)() const, ItemCount index
     return index < members.size() ? members[index]->ref : 0;
 }
 
-bool IsAny(const StoredObject&) {
-    return true;
-}
-
-bool IsSource(const StoredObject& object) {
-    return (object.type & ~kMIDIObjectType_ExternalMask) == kMIDIObjectType_Source;
-}
-
-bool IsDestination(const StoredObject& object) {
-    return (object.type & ~kMIDIObjectType_ExternalMask) == kMIDIObjectType_Destination;
-}
-
 using Filter = bool (*)(const StoredObject&);
+using Children = std::vector<StoredObject*>;
 
-ItemCount NumberOfChildren(MIDIObjectRef owner, Filter ownerFilter, Filter filter) {
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(owner);
-    if (!object || !ownerFilter(*object))
-        return 0;
-    ItemCount count = 0;
-    for (const StoredObject* const child : object->children)
-        count += filter(*child) ? 1 : 0;
-    return count;
+/// The owner's children of one type; children stand ordered by their types.
+std::pair<Children::const_iterator, Children::const_iterator> ChildrenOf(const StoredObject& owner,
+                                                                         MIDIObjectType plainType) {
+    const MIDIObjectType type = plainType | (owner.type & kMIDIObjectType_ExternalMask);
+    const Children& all = owner.children;
+    const auto begin = std::partition_point(
+        all.begin(), all.end(), [type](const StoredObject* child) { return child->type < type; });
+    const auto end = std::partition_point(
+        begin, all.end(), [type](const StoredObject* child) { return child->type == type; });
+    return {begin, end};
 }
 
-MIDIObjectRef Child(MIDIObjectRef owner, Filter ownerFilter, Filter filter, ItemCount index) {
+ItemCount NumberOfChildren(MIDIObjectRef owner, Filter ownerFilter, MIDIObjectType type) {
     const ServiceSession session;
     const StoredObject* const object = session.Store().Find(owner);
     if (!object || !ownerFilter(*object))
         return 0;
-    for (const StoredObject* const child : object->children) {
-        if (filter(*child) && index-- == 0)
-            return child->ref;
-    }
-    return 0;
+    const auto [begin, end] = ChildrenOf(*object, type);
+    return static_cast<ItemCount>(end - begin);
+}
+
+MIDIObjectRef Child(MIDIObjectRef owner, Filter ownerFilter, MIDIObjectType type, ItemCount index) {
+    const ServiceSession session;
+    const StoredObject* const object = session.Store().Find(owner);
+    if (!object || !ownerFilter(*object))
+        return 0;
+    const auto [begin, end] = ChildrenOf(*object, type);
+    return index < static_cast<ItemCount>(end - begin)
+               ? begin[static_cast<std::ptrdiff_t>(index)]->ref
+               : 0;
 }
 
 OSStatus OwnerOf(MIDIObjectRef ref, Filter filter, MIDIObjectRef* outOwner) {
@@ -101,27 +102,27 @@ MIDIDeviceRef MIDIGetExternalDevice(ItemCount deviceIndex0) {
 }
 
 ItemCount MIDIDeviceGetNumberOfEntities(MIDIDeviceRef device) {
-    return NumberOfChildren(device, IsDevice, IsAny);
+    return NumberOfChildren(device, IsDevice, kMIDIObjectType_Entity);
 }
 
 MIDIEntityRef MIDIDeviceGetEntity(MIDIDeviceRef device, ItemCount entityIndex0) {
-    return Child(device, IsDevice, IsAny, entityIndex0);
+    return Child(device, IsDevice, kMIDIObjectType_Entity, entityIndex0);
 }
 
 ItemCount MIDIEntityGetNumberOfSources(MIDIEntityRef entity) {
-    return NumberOfChildren(entity, IsEntity, IsSource);
+    return NumberOfChildren(entity, IsEntity, kMIDIObjectType_Source);
 }
 
 MIDIEndpointRef MIDIEntityGetSource(MIDIEntityRef entity, ItemCount sourceIndex0) {
-    return Child(entity, IsEntity, IsSource, sourceIndex0);
+    return Child(entity, IsEntity, kMIDIObjectType_Source, sourceIndex0);
 }
 
 ItemCount MIDIEntityGetNumberOfDestinations(MIDIEntityRef entity) {
-    return NumberOfChildren(entity, IsEntity, IsDestination);
+    return NumberOfChildren(entity, IsEntity, kMIDIObjectType_Destination);
 }
 
 MIDIEndpointRef MIDIEntityGetDestination(MIDIEntityRef entity, ItemCount destIndex0) {
-    return Child(entity, IsEntity, IsDestination, destIndex0);
+    return Child(entity, IsEntity, kMIDIObjectType_Destination, destIndex0);
 }
 
 OSStatus MIDIEndpointGetEntity(MIDIEndpointRef endpoint, MIDIEntityRef* outEntity) {

@@ -48,6 +48,7 @@ KnownUnits KnownAmong(const ObjectStore::List& objects, MIDIObjectType type) {
 template <typename Unit>
 std::vector<HardwareRecord> RecordsOf(const std::vector<Unit>& units) {
     std::vector<HardwareRecord> records;
+    records.reserve(units.size());
     for (const Unit& unit : units)
         records.push_back(unit.record);
     return records;

@@ -148,7 +148,8 @@ bool MayOwn(const StoredObject* owner, const StoredObject& object) {
 }
 
 bool ComesBefore(const StoredObject* one, const StoredObject* other) {
-    return std::tie(one->position, one->ref) < std::tie(other->position, other->ref);
+    return std::tie(one->type, one->position, one->ref) <
+           std::tie(other->type, other->position, other->ref);
 }
 
 } // namespace

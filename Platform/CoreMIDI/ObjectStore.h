@@ -74,7 +74,7 @@ struct StoredObject {
     std::unique_ptr<HardwareRecord> hardware; ///< null for what a person added
     std::vector<StoredProperty> properties;
 
-    std::vector<StoredObject*> children; ///< in their order
+    std::vector<StoredObject*> children; ///< sources before destinations, each in their order
     std::int64_t position = 0;
     std::optional<std::int64_t> pendingSince; ///< set while a device is not added to the setup
     MIDIObjectRef ownerRef = 0;

@@ -139,12 +139,15 @@ OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef ref, CFStringRef propertyID,
 
 OSStatus MIDIObjectSetStringProperty(MIDIObjectRef ref, CFStringRef propertyID,
                                      CFStringRef string) {
+    if (!string)
+        return paramErr;
     return SetProperty(ref, propertyID, PropertyValue::OfString(Utf8Of(string)));
 }
 
 OSStatus MIDIObjectSetDataProperty(MIDIObjectRef ref, CFStringRef propertyID, CFDataRef data) {
-    return SetProperty(ref, propertyID,
-                       PropertyValue::OfData(data ? BytesOf(data) : std::string_view()));
+    if (!data)
+        return paramErr;
+    return SetProperty(ref, propertyID, PropertyValue::OfData(BytesOf(data)));
 }
 
 OSStatus MIDIObjectRemoveProperty(MIDIObjectRef ref, CFStringRef propertyID) {

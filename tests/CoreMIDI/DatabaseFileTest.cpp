@@ -114,6 +114,21 @@ TEST_F(DatabaseFileTest, ThatCanOnlyBeReadIsRefused) {
     std::filesystem::permissions(fFile.parent_path(), std::filesystem::perms(0700));
 }
 
+TEST_F(DatabaseFileTest, HoldsEverythingItselfAfterACleanExit) {
+    AddKnown();
+    // Another program keeps the file open, so that the log beside it stays.
+    sqlite3* other = nullptr;
+    sqlite3_open(fFile.c_str(), &other);
+    const ConnectionHolder holder(other);
+    ASSERT_EQ(QueryInteger(other, "SELECT count(*) FROM objects", 0), 4);
+    ASSERT_EQ(MIDIObjectSetIntegerProperty(fKnown, CFSTR("group"), 9), noErr);
+    MIDIRestart();
+    ASSERT_TRUE(std::filesystem::exists(fFile.string() + "-wal"));
+    std::filesystem::copy_file(fFile, fFolder / "copy");
+    Use(fFolder / "copy");
+    EXPECT_EQ(IntegerOf(fKnown, CFSTR("group")), 9);
+}
+
 TEST_F(DatabaseFileTest, ThatIsReplacedIsOpenedAnew) {
     AddInterface("Old");
     ASSERT_EQ(MIDIGetNumberOfDevices(), 1u);

@@ -94,4 +94,20 @@ TEST_F(SetupTest, RefusesMoreEndpointsThanAnyUnitHas) {
     EXPECT_EQ(MIDIDeviceGetNumberOfEntities(device), 1u);
 }
 
+TEST_F(SetupTest, CountsSourcesAndDestinationsOfAnEntityApart) {
+    const MIDIDeviceRef device = AddInterface("Interface");
+    MIDIEntityRef entity = 0;
+    ASSERT_EQ(MIDIDeviceAddEntity(device, CFSTR("Ports"), 0, 2, 3, &entity), noErr);
+    for (int round = 0; round < 2; ++round, MIDIRestart()) {
+        ASSERT_EQ(MIDIEntityGetNumberOfSources(entity), 2u);
+        ASSERT_EQ(MIDIEntityGetNumberOfDestinations(entity), 3u);
+        EXPECT_EQ(TypeOf(MIDIEntityGetSource(entity, 1)), kMIDIObjectType_Source);
+        EXPECT_EQ(TypeOf(MIDIEntityGetDestination(entity, 0)), kMIDIObjectType_Destination);
+        EXPECT_LT(MIDIEntityGetDestination(entity, 1), MIDIEntityGetDestination(entity, 2));
+        EXPECT_EQ(MIDIEntityGetSource(entity, 2), 0u);
+        EXPECT_EQ(MIDIDeviceGetEntity(device, 1), entity);
+        EXPECT_EQ(MIDIDeviceGetNumberOfEntities(entity), 0u);
+    }
+}
+
 } // namespace

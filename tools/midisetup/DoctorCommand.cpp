@@ -42,6 +42,8 @@ std::string RemedyFor(KestrinMIDIDatabaseState state) {
         return "Name another file with KESTRIN_MIDI_DATABASE; this one was left as it is.";
     case kKestrinMIDIDatabaseLocked:
         return "End the program that keeps it locked, then try again.";
+    case kKestrinMIDIDatabaseUnreachable:
+        return "Make room on the disk, or look after its health.";
     default:
         return "\"midisetup doctor --repair\" sets the file aside and saves what can be read.";
     }

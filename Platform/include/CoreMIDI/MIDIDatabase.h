@@ -18,9 +18,10 @@ enum {
         1, ///< the folder isn't there and can't be made, or can't be used
     kKestrinMIDIDatabaseReadOnly = 2,
     kKestrinMIDIDatabaseDamaged = 3,
-    kKestrinMIDIDatabaseNewer = 4,   ///< written by a newer version of this library
-    kKestrinMIDIDatabaseForeign = 5, ///< a database of some other program
-    kKestrinMIDIDatabaseLocked = 6   ///< another process has kept it locked for too long
+    kKestrinMIDIDatabaseNewer = 4,      ///< written by a newer version of this library
+    kKestrinMIDIDatabaseForeign = 5,    ///< a database of some other program
+    kKestrinMIDIDatabaseLocked = 6,     ///< another process has kept it locked for too long
+    kKestrinMIDIDatabaseUnreachable = 7 ///< the disk is full or fails
 };
 
 /// Whether the database can be used; opens it where that was not done yet.
