@@ -93,7 +93,6 @@ std::size_t MacRoman_to_utf16(const unsigned char* source, std::size_t count, UT
 }
 
 std::size_t utf16_to_MacRoman(const unsigned short* source, std::size_t count, std::string& out) {
-    constexpr std::size_t kMostBytesPerUnit = 6;
     if (count == 0) {
         out.clear();
         return 0;
@@ -101,7 +100,8 @@ std::size_t utf16_to_MacRoman(const unsigned short* source, std::size_t count, s
     const std::lock_guard lock(kFromUTF16Mutex);
     const TECObjectRef converter =
         ConverterMgr().Converter(MacRomanEncoding(), Direction::kOutOfUTF16);
-    out.resize(count * kMostBytesPerUnit);
+    // No unit becomes more than one byte.
+    out.resize(count);
     ByteCount read = 0;
     ByteCount written = 0;
     TECConvertText(converter, reinterpret_cast<ConstTextPtr>(source), count * sizeof *source, &read,
