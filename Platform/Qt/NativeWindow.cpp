@@ -42,7 +42,7 @@ NativeWindow::~NativeWindow() {
     QtWindow* const widget = fData->widget;
     widget->ForgetClient();
     widget->SetShown(false);
-    const QObjectList children = widget->Content().children();
+    const QObjectList children = widget->children();
     for (QObject* child : children) {
         if (auto* view = dynamic_cast<QtView*>(child))
             view->SetSuperview(nullptr);
@@ -55,7 +55,7 @@ void NativeWindow::SetTitle(const std::string& title) {
 }
 
 void NativeWindow::SetContentView(NativeView& view) {
-    static_cast<QtView*>(WidgetOf(view))->SetSuperview(&fData->widget->Content());
+    static_cast<QtView*>(WidgetOf(view))->SetSuperview(fData->widget);
 }
 
 void NativeWindow::Center() {
@@ -89,8 +89,7 @@ bool NativeWindow::IsVisible() const {
 }
 
 CGRect NativeWindow::ContentFrame() const {
-    QWidget& content = fData->widget->Content();
-    return OnScreen(content, QRect(content.mapToGlobal(QPoint(0, 0)), content.size()));
+    return OnScreen(*fData->widget, fData->widget->geometry());
 }
 
 CGRect NativeWindow::Frame() const {

@@ -120,24 +120,18 @@ private:
     bool fIsFirstResponder = false;
 };
 
-/// The top-level widget of a native window: the content view, below a menu bar where there is one.
+/// The top-level widget of a native window, which the content view covers.
 class QtWindow final : public QtEventTarget {
 public:
     QtWindow(NativeWindowClient& client, unsigned style, QSize contentSize);
-    ~QtWindow() override;
 
     void ForgetClient() { fClient = nullptr; }
-    QWidget& Content() { return *fContent; }
 
     /// Tells the views which of them has the focus now, where that changed. Having the focus does
     /// not depend on the window being active.
     void NoteFirstResponder();
     void SetShown(bool shown);
     void FocusNextTabStop() { focusNextPrevChild(true); }
-
-    /// Puts a bar above the content, which keeps its size; null for none. The bar becomes the
-    /// window's.
-    void SetMenuBar(QWidget* bar);
 
 protected:
     bool HandleEvent(QEvent& event) override;
@@ -149,16 +143,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void LayOut();
-    void FitToContent(QSize contentSize);
-    int BarHeight() const;
-
     NativeWindowClient* fClient;
-    QWidget* fContent;
-    QPointer<QWidget> fBar;
     QPointer<QtView> fFirstResponder;
     QSize fToldSize;
-    bool fResizable;
     bool fShown = false;
 };
 

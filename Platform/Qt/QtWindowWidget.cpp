@@ -3,6 +3,7 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <utility>
 
 namespace Kestrin {
 
@@ -27,68 +28,15 @@ Qt::WindowFlags FlagsOf(unsigned style) {
 QtWindow::QtWindow(NativeWindowClient& client, unsigned style, QSize contentSize)
     : QtEventTarget(nullptr, FlagsOf(style))
     , fClient(&client)
-    , fContent(new QWidget(this))
-    , fToldSize(contentSize)
-    , fResizable(style & kNativeWindowResizable) {
+    , fToldSize(contentSize) {
     // When the program ends is the application's decision.
     setAttribute(Qt::WA_QuitOnClose, false);
-    FitToContent(contentSize);
+    if (style & kNativeWindowResizable)
+        resize(contentSize);
+    else
+        setFixedSize(contentSize);
     // No view has the focus, and none is given it when the window is activated.
     setFocus();
-}
-
-QtWindow::~QtWindow() = default;
-
-// Layout
-
-int QtWindow::BarHeight() const {
-    return fBar ? fBar->sizeHint().height() : 0;
-}
-
-void QtWindow::FitToContent(QSize contentSize) {
-    const QSize size = contentSize + QSize(0, BarHeight());
-    if (fResizable)
-        resize(size);
-    else
-        setFixedSize(size);
-    LayOut();
-}
-
-void QtWindow::LayOut() {
-    const int bar = BarHeight();
-    if (fBar)
-        fBar->setGeometry(0, 0, width(), bar);
-    fContent->setGeometry(0, bar, width(), height() - bar);
-}
-
-void QtWindow::SetMenuBar(QWidget* bar) {
-    const QSize contentSize = fContent->size();
-    if (fBar && fBar != bar)
-        Retire(fBar);
-    fBar = bar;
-    if (bar) {
-        bar->setParent(this);
-        bar->show();
-    }
-    FitToContent(contentSize);
-}
-
-void QtWindow::resizeEvent(QResizeEvent*) {
-    LayOut();
-    if (fContent->size() == fToldSize)
-        return;
-    fToldSize = fContent->size();
-    if (fClient)
-        fClient->HandleResized();
-}
-
-void QtWindow::SetShown(bool shown) {
-    fShown = shown;
-    Rearrange();
-}
-
-void QtWindow::ArrangeNow() {
-    setVisible(fShown && !IsRetired());
 }
 
 // Focus and keys
@@ -132,7 +80,16 @@ bool QtWindow::HandleEvent(QEvent& event) {
     return QtEventTarget::HandleEvent(event);
 }
 
-// Showing, hiding, closing
+// Showing, hiding, closing, resizing
+
+void QtWindow::SetShown(bool shown) {
+    fShown = shown;
+    Rearrange();
+}
+
+void QtWindow::ArrangeNow() {
+    setVisible(fShown && !IsRetired());
+}
 
 void QtWindow::showEvent(QShowEvent* event) {
     if (!event->spontaneous() && fClient)
@@ -149,6 +106,13 @@ void QtWindow::closeEvent(QCloseEvent* event) {
     fShown = false;
     if (fClient)
         fClient->HandleClosing();
+}
+
+void QtWindow::resizeEvent(QResizeEvent*) {
+    if (size() == std::exchange(fToldSize, size()))
+        return;
+    if (fClient)
+        fClient->HandleResized();
 }
 
 QtWindow* WindowOf(const QWidget& widget) {

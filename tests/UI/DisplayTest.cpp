@@ -1,11 +1,11 @@
 #include "tests/UI/ViewTestSupport.h"
+#include "tests/support/Desktop.h"
 #include "tests/support/NativeInput.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 // What needs a real window system: a window manager, a pointer of its own, grabs.
 
@@ -15,10 +15,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-
-void Desk(const std::string& action) {
-    ASSERT_EQ(std::system(("xdotool " + action).c_str()), 0) << action;
-}
 
 std::string At(const Point& point) {
     return std::to_string(std::lround(point.x)) + " " + std::to_string(std::lround(point.y));
@@ -60,7 +56,7 @@ protected:
         return NativeInput::WaitUntil([&] { return testing::Matches(Contains(note))(notes); });
     }
     void PointAt(const View& view, const Point& where) {
-        Desk("mousemove " + At(view.ViewToScreen(where)));
+        Desktop::Input("mousemove " + At(view.ViewToScreen(where)));
     }
 
     std::vector<std::string> notes;
@@ -73,7 +69,7 @@ protected:
 
 TEST_F(Display, ViewsStandOnTheScreenWhereTheySay) {
     PointAt(right, {30, 40});
-    Desk("keydown shift click 1 keyup shift");
+    Desktop::Input("keydown shift click 1 keyup shift");
     ASSERT_TRUE(Noted("right up"));
     EXPECT_THAT(notes, ElementsAre("right focus", "right click 30,40 mods 512", "right up"));
 }
@@ -89,7 +85,7 @@ TEST_F(Display, AWindowThatIsActiveAgainHasTheFocusWhereItWas) {
     EXPECT_TRUE(right.HasKeyFocus());
     EXPECT_THAT(notes, Not(Contains("right no focus")));
     notes.clear();
-    Desk("key shift+Tab");
+    Desktop::Input("key shift+Tab");
     ASSERT_TRUE(Noted("left focus"));
 }
 
@@ -112,18 +108,18 @@ TEST_F(Display, ADragInAClickThroughViewMovesTheWindow) {
     right.EnableClickThrough(true);
     const Rect before = window->GetRect();
     PointAt(right, {30, 40});
-    Desk("mousedown 1");
+    Desktop::Input("mousedown 1");
     ASSERT_TRUE(Noted("right click 30,40"));
     // The window manager takes the pointer at a time of its own choice, and some of them move the
     // window at the release only.
     int steps = 0;
     EXPECT_TRUE(NativeInput::WaitUntil([&] {
-        Desk("mousemove_relative 5 1");
+        Desktop::Input("mousemove_relative 5 1");
         if (++steps % 10 == 0)
-            Desk("mouseup 1 mousedown 1");
+            Desktop::Input("mouseup 1 mousedown 1");
         return window->GetRect().x > before.x + 20;
     }));
-    Desk("mouseup 1");
+    Desktop::Input("mouseup 1");
     EXPECT_THAT(notes, Not(Contains("right focus")));
 }
 
@@ -131,19 +127,19 @@ TEST_F(Display, ADialogDuringThePressKeepsItFromActingWithRealGrabs) {
     left.EnableKeyFocus(true);
     left.during = [&](const std::string& note) {
         if (note == "left no focus") {
-            Desk("mouseup 1");
+            Desktop::Input("mouseup 1");
             NativeInput::RunModalWindow();
             notes.emplace_back("answered");
         }
     };
     notes.clear();
     PointAt(right, {30, 40});
-    Desk("mousedown 1");
+    Desktop::Input("mousedown 1");
     ASSERT_TRUE(Noted("answered")) << testing::PrintToString(notes);
     ASSERT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
     EXPECT_THAT(notes, Not(Contains("right click 30,40")));
     left.during = nullptr;
-    Desk("click 1");
+    Desktop::Input("click 1");
     ASSERT_TRUE(Noted("right up"));
     EXPECT_THAT(notes, Contains(testing::EndsWith("click 30,40")));
 }
@@ -153,7 +149,7 @@ TEST_F(Display, TheCloseButtonOfTheWindowManagerClosesAndMayDestroy) {
         if (note == "closed")
             Window::DestroyWindow(std::exchange(window, nullptr));
     };
-    Desk("key alt+F4");
+    Desktop::Input("key alt+F4");
     EXPECT_TRUE(NativeInput::WaitUntil([this] { return window == nullptr; }));
 }
 

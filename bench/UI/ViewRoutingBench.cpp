@@ -1,0 +1,76 @@
+// A move of the mouse through nested views: one dispatch by the depth of the nest, and how often it
+// asks for memory.
+
+#include "UI/View.h"
+#include "UI/ViewBridge.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace {
+
+std::size_t sAllocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++sAllocations;
+    if (void* memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+using namespace Kestrin;
+
+class TrackingView : public View {
+public:
+    bool SupportsFeature(ViewFeature) override { return true; }
+    void DoMousePosition(MousePosInfo, const Point& where, unsigned int) override {
+        benchmark::DoNotOptimize(where);
+    }
+};
+
+/// One view in the other, all of the same size.
+std::vector<std::unique_ptr<TrackingView>> Nest(std::size_t depth) {
+    std::vector<std::unique_ptr<TrackingView>> views;
+    for (std::size_t i = 0; i < depth; ++i) {
+        views.push_back(std::make_unique<TrackingView>());
+        views.back()->SetRect({0, 0, 100, 100});
+        if (i > 0)
+            views.back()->PlaceInView(views[i - 1].get(), 0, 0);
+    }
+    return views;
+}
+
+void MouseMoveThroughNestedViews(benchmark::State& state) {
+    const auto depth = static_cast<std::size_t>(state.range(0));
+    auto views = Nest(depth);
+    NativeMouseEvent move;
+    move.where = {50, 50};
+    ViewBridge& root = BridgeOf(*views.front());
+    const std::size_t before = sAllocations;
+    for (auto _ : state)
+        root.HandleMouseMoved(move);
+    state.counters["allocations"] = static_cast<double>(sAllocations - before);
+    state.counters["per view"] =
+        benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(depth),
+                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    while (!views.empty())
+        views.pop_back();
+}
+BENCHMARK(MouseMoveThroughNestedViews)->Arg(10)->Arg(100)->Arg(1000);
+
+} // namespace
