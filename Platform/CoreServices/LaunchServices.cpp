@@ -20,7 +20,7 @@ std::string FindProgram(const std::string& name) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(path ? path : "/usr/local/bin:/usr/bin:/bin");
     for (std::string folder; std::getline(folders, folder, ':');) {
-        const std::string program = (folder.empty() ? "." : folder) + "/" + name;
+        std::string program = (folder.empty() ? "." : folder) + "/" + name;
         if (access(program.c_str(), X_OK) == 0)
             return program;
     }
@@ -38,6 +38,7 @@ std::vector<std::string> FindOpener() {
 
 std::vector<char*> Arguments(std::vector<std::string>& command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command)
         arguments.push_back(argument.data());
     arguments.push_back(nullptr);
