@@ -10,7 +10,7 @@ kernel_files() {
         9pnet 9pnet_virtio 9p netfs fscache overlay configfs \
         usb-common usbcore udc-core dummy_hcd libcomposite usb_f_midi \
         mc soundcore snd snd-timer snd-pcm snd-hwdep snd-rawmidi snd-seq-device \
-        snd-seq snd-seq-midi-event snd-seq-midi snd-usbmidi-lib snd-usb-audio; do
+        snd-seq snd-seq-dummy snd-seq-midi-event snd-seq-midi snd-usbmidi-lib snd-usb-audio; do
         printf './lib/modules/*/%s.ko\n' "$name"
     done
 }

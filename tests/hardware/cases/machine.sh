@@ -21,5 +21,5 @@ unplug second
 plug second 0
 plug first 5
 expect_equal "cards after plugging in the other order" "card1 card0" "$(card_at 5) $(card_at 0)"
-expect_equal "clients, with none for the units' own cards" "0 16 20" \
+expect_equal "clients, with none for the units' own cards" "0 14 16 20" \
     "$(awk '/^Client +[0-9]/ { print $2 }' /proc/asound/seq/clients | xargs)"

@@ -6,7 +6,7 @@ ports="    Port 1 (in, out)
 
 make_unit surface 4 serial=SN001
 plug surface 0
-expect_equal "the new unit, without its own side of the cable" "Interfaces
+expect_equal "the new unit alone, without the kernel's own clients" "Interfaces
   MCU Pro USB, surface: new, no group yet
 $ports" "$(tree)"
 expect_equal "manufacturer" "LOUD Technologies, Inc." "$(midisetup get "MCU Pro USB" manufacturer)"
