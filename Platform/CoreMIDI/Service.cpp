@@ -11,7 +11,7 @@
 namespace {
 
 constexpr auto kTryAgainAfter = std::chrono::milliseconds(500);
-constexpr std::int64_t kDaySeconds = 24 * 60 * 60;
+constexpr std::int64_t kDaySeconds = 86400;
 
 std::int64_t UnixTime() {
     return std::chrono::duration_cast<std::chrono::seconds>(

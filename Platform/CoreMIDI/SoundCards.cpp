@@ -48,7 +48,7 @@ std::string ShortNameOf(int card) {
     char* name = nullptr;
     if (snd_card_get_name(card, &name) < 0)
         return {};
-    const std::string copy = name;
+    std::string copy = name;
     std::free(name);
     return copy;
 }
