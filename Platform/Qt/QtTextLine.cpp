@@ -4,6 +4,7 @@
 #include "Platform/Qt/QtGraphics.h"
 
 #include <QTextBoundaryFinder>
+#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -97,15 +98,31 @@ QtTextLine::QtTextLine(QString text, QtTextStyle style)
     : fText(std::move(text))
     , fStyle(std::move(style)) {}
 
-const QtTextLine::Shape& QtTextLine::Shaped() const {
-    if (!fShape) {
-        QTextLayout layout(fText, fStyle.font->Font());
-        LayOut(layout, fStyle.direction);
-        const QTextLine line = layout.lineAt(0);
-        fShape = Shape{line.naturalTextWidth(), line.ascent(), line.descent(), line.leading(),
-                       layout.glyphRuns()};
+/// The shaped line, in the font's own unscaled pixels.
+struct QtTextLine::Shape {
+    Shape(const QString& text, const QtTextStyle& style)
+        : layout(text, style.font->Font()) {
+        LayOut(layout, style.direction);
+        line = layout.lineAt(0);
     }
+
+    QTextLayout layout;
+    QTextLine line;
+    /// Made at the first drawing; measuring does without.
+    QList<QGlyphRun> glyphs;
+};
+
+const QtTextLine::Shape& QtTextLine::Shaped() const {
+    if (!fShape)
+        fShape = std::make_shared<Shape>(fText, fStyle);
     return *fShape;
+}
+
+const QList<QGlyphRun>& QtTextLine::Glyphs() const {
+    Shaped();
+    if (fShape->glyphs.isEmpty())
+        fShape->glyphs = fShape->layout.glyphRuns();
+    return fShape->glyphs;
 }
 
 NativeTextLine::Bounds QtTextLine::GetTypographicBounds() const {
@@ -116,9 +133,9 @@ NativeTextLine::Bounds QtTextLine::GetTypographicBounds() const {
         return {metrics.horizontalAdvance(fText) * scaleX, metrics.ascent() * scaleY,
                 metrics.descent() * scaleY, metrics.leading() * scaleY + fStyle.lineSpacing};
     }
-    const Shape& shape = Shaped();
-    return {shape.width * scaleX, shape.ascent * scaleY, shape.descent * scaleY,
-            shape.leading * scaleY + fStyle.lineSpacing};
+    const QTextLine& line = Shaped().line;
+    return {line.naturalTextWidth() * scaleX, line.ascent() * scaleY, line.descent() * scaleY,
+            line.leading() * scaleY + fStyle.lineSpacing};
 }
 
 double QtTextLine::WidthOf(const QString& text) const {
@@ -164,7 +181,6 @@ std::unique_ptr<NativeTextLine> QtTextLine::CreateTruncatedLine(double width,
 void QtTextLine::Draw(CGContext& context, CGPoint origin) const {
     if (!CanBeSeen(origin))
         return;
-    const Shape& shape = Shaped();
     QPainter& painter = context.GetData().painter;
     painter.setPen(fStyle.color);
     QPointF glyphOrigin(origin.x, origin.y);
@@ -175,8 +191,8 @@ void QtTextLine::Draw(CGContext& context, CGPoint origin) const {
         painter.scale(fStyle.font->ScaleX(), fStyle.font->ScaleY());
         glyphOrigin = {};
     }
-    glyphOrigin.ry() -= shape.ascent;
-    for (const QGlyphRun& run : shape.glyphs)
+    glyphOrigin.ry() -= Shaped().line.ascent();
+    for (const QGlyphRun& run : Glyphs())
         painter.drawGlyphRun(glyphOrigin, run);
     if (scaled)
         painter.setWorldTransform(before);

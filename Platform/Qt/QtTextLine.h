@@ -7,8 +7,6 @@
 #include <QFontMetricsF>
 #include <QGlyphRun>
 #include <QList>
-#include <QTextLayout>
-#include <optional>
 
 namespace Kestrin {
 
@@ -56,23 +54,18 @@ public:
     void Draw(CGContext& context, CGPoint origin) const override;
 
 private:
-    /// The shaped line, in the font's own unscaled pixels.
-    struct Shape {
-        double width;
-        double ascent;
-        double descent;
-        double leading;
-        QList<QGlyphRun> glyphs;
-    };
+    struct Shape;
 
     const Shape& Shaped() const;
+    const QList<QGlyphRun>& Glyphs() const;
     double WidthOf(const QString& text) const;
     QString Shortened(const QList<qsizetype>& boundaries, qsizetype kept, NativeTruncation where,
                       const QString& token) const;
 
     QString fText;
     QtTextStyle fStyle;
-    mutable std::optional<Shape> fShape;
+    /// Shared by copies; null until it is needed.
+    mutable std::shared_ptr<Shape> fShape;
 };
 
 } // namespace Kestrin

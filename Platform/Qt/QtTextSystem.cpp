@@ -4,6 +4,7 @@
 #include "Platform/UI/NativeApplication.h"
 
 #include <QTextBoundaryFinder>
+#include <QTextLayout>
 #include <algorithm>
 #include <utility>
 
