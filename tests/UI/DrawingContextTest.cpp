@@ -1,6 +1,7 @@
 #include "UI/DrawingContext.h"
 
 #include "UI/Path.h"
+#include "UI/TextLayout.h"
 
 #include "Platform/UI/CGBitmapContext.h"
 #include "tests/UI/Picture.h"
@@ -40,6 +41,7 @@ public:
 TEST(DrawingContext, RefusesToDrawOutsideOfADrawEvent) {
     DrawingContext context;
     Path path;
+    const auto layout = TextLayout::Create();
     const std::function<void()> operations[] = {
         [&] { context.SetAlpha(0.5F); },
         [&] {
@@ -53,6 +55,9 @@ TEST(DrawingContext, RefusesToDrawOutsideOfADrawEvent) {
         },
         [&] { context.StrokePath(path, 1, kRed, DrawingContext::kAntiAliasDefault); },
         [&] { context.FillPath(path, kRed); },
+        [&] {
+            context.DrawTextLayout(*layout, {0, 0});
+        },
     };
     for (const auto& operation : operations) {
         RecordingLog::Clear();
@@ -197,6 +202,16 @@ TEST(DrawingContext, DrawsNoTextInEmptyRectanglesAndNoEmptyText) {
     event.context.DrawString(Text("HIH"), {10, 10, 100, 0}, kTextAlignLeft);
     event.context.DrawString(Text("HIH"), {110, 40, -100, 30}, kTextAlignLeft);
     EXPECT_TRUE(InkOf(event.picture).IsEmpty());
+}
+
+TEST(DrawingContext, DrawsALayoutOfTheCallersFromItsFirstBaseline) {
+    const auto layout = TextLayout::Create();
+    layout->SetText(Text("HIH"));
+    DrawEvent event;
+    event.context.DrawTextLayout(*layout, {50, 30});
+    const Ink ink = InkOf(event.picture);
+    EXPECT_NEAR(ink.left, 50, 2);
+    EXPECT_EQ(ink.bottom, 29);
 }
 
 TEST(DrawingContext, LeavesCoordinatesAndColoursAsTheyWereAfterText) {
