@@ -57,6 +57,8 @@ class AlertBox : public QMessageBox {
 public:
     AlertBox(Icon icon, const QString& headline, const QString& text)
         : QMessageBox(QApplication::activeWindow()) {
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
         setIcon(icon);
         setTextFormat(Qt::PlainText);
         setText(headline);

@@ -107,7 +107,7 @@ private:
     }
 
     void ElideLongTexts() {
-        const int available = screen()->availableGeometry().width();
+        const int available = parentWidget()->screen()->availableGeometry().width();
         const int widest = SetTexts(available);
         if (const int excess = sizeHint().width() - available; excess > 0)
             SetTexts(widest - excess);
