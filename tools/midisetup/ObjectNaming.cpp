@@ -33,10 +33,10 @@ std::size_t EditDistance(std::string_view one, std::string_view other) {
     std::vector<std::size_t> row(other.size() + 1);
     for (std::size_t i = 0; i < row.size(); ++i)
         row[i] = i;
-    for (std::size_t i = 0; i < one.size(); ++i) {
+    for (const char letter : one) {
         std::size_t diagonal = row[0]++;
         for (std::size_t j = 0; j < other.size(); ++j) {
-            const std::size_t change = diagonal + (one[i] == other[j] ? 0 : 1);
+            const std::size_t change = diagonal + (letter == other[j] ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({row[j] + 1, diagonal + 1, change});
         }
