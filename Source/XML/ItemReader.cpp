@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cstdio>
-#include <cstring>
+#include <optional>
 
 namespace Kestrin {
 
@@ -19,20 +19,9 @@ constexpr unsigned int kThisPlatform = FourCharCode("MacX");
 constexpr std::size_t kRawDataSlack = 1024 * 1024;
 constexpr int kRawDataTooLargeLine = 412;
 
-const UString* FindValue(const AttributeList& attributes, const UString& name) {
-    const auto found =
-        std::find_if(attributes.begin(), attributes.end(),
-                     [&name](const AttributePair& pair) { return pair.name == name; });
-    return found != attributes.end() ? &found->value : nullptr;
-}
-
 /// Takes out an item of which one of the last ones is known to be the place.
 void RemoveLast(std::vector<boost::shared_ptr<Item>>& items, const boost::shared_ptr<Item>& item) {
     items.erase(std::next(std::find(items.rbegin(), items.rend(), item)).base());
-}
-
-const UString& ValueOrEmpty(const UString* value) {
-    return value != nullptr ? *value : UString::kEmptyString;
 }
 
 boost::shared_ptr<RawDataBuffer> Decode(const UString& text, std::uint32_t size) {
@@ -50,28 +39,36 @@ boost::shared_ptr<RawDataBuffer> Decode(const UString& text, std::uint32_t size)
 
 /// What an element says of itself.
 struct ItemReader::Element {
-    Item::ItemType type = 0;
-    AttributeList attributes;
+    explicit Element(Item::ItemType code)
+        : type(code) {}
+
+    /// Empties the attribute.
+    void Take(AttributePair& attribute) {
+        if (attribute.name == kItemNameAttributeUString)
+            name = std::move(attribute.value);
+        else if (attribute.name == kValueAttributeUString)
+            value = std::move(attribute.value);
+        else if (attribute.name == kSizeAttributeUString)
+            size = std::move(attribute.value);
+        else
+            TakeForeign(attribute);
+    }
+
+    void TakeForeign(AttributePair& attribute) {
+        if (attribute.name == kLanguageAttributeUString)
+            language = UStringToOSType(attribute.value);
+        else if (attribute.name == kPlatformAttributeUString)
+            isForThisPlatform = UStringToOSType(attribute.value) == kThisPlatform;
+        foreign.push_back(std::move(attribute));
+    }
+
+    Item::ItemType type;
     unsigned int language = kDefaultLanguage;
-    const UString* name = nullptr;
-    const UString* value = nullptr;
-    const UString* size = nullptr;
-    const UString* platform = nullptr;
-
-    explicit Element(Parser& parser)
-        : type(parser.CurrentElementCode()) {
-        parser.ReadAllAttributes(attributes);
-        name = FindValue(attributes, kItemNameAttributeUString);
-        value = FindValue(attributes, kValueAttributeUString);
-        size = FindValue(attributes, kSizeAttributeUString);
-        platform = FindValue(attributes, kPlatformAttributeUString);
-        if (const UString* code = FindValue(attributes, kLanguageAttributeUString))
-            language = UStringToOSType(*code);
-    }
-
-    bool IsForThisPlatform() const {
-        return platform == nullptr || UStringToOSType(*platform) == kThisPlatform;
-    }
+    bool isForThisPlatform = true;
+    std::optional<UString> name;
+    std::optional<UString> value;
+    UString size;
+    AttributeList foreign;
 };
 
 ItemReader::ItemReader(Parser& parser, unsigned int language)
@@ -95,53 +92,56 @@ void ItemReader::ReadUnindexed(ContainerItem& container) {
 }
 
 void ItemReader::ReadElement(ContainerItem& container, boost::shared_ptr<Item>& previous) {
-    Element element(fParser);
-    if (!element.IsForThisPlatform())
+    Element element(fParser.CurrentElementCode());
+    fParser.ReadAllAttributes(fAttributes);
+    for (AttributePair& attribute : fAttributes)
+        element.Take(attribute);
+    if (!element.isForThisPlatform)
         return;
     boost::shared_ptr<Item> item;
-    if (element.name != nullptr)
+    if (element.name)
         item = MakeItem(element);
     // What is left unread beneath a wrapper, an unknown element or a leaf belongs here as well, in
     // front of the leaf.
     ReadUnindexed(container);
     if (item == nullptr)
         return;
-    item->SetAttributes(std::move(element.attributes));
+    item->SetAttributes(std::move(element.foreign));
     Place(container, item, element.language, previous);
 }
 
-boost::shared_ptr<Item> ItemReader::MakeItem(const Element& element) {
-    const UString& name = *element.name;
-    const UString& value = ValueOrEmpty(element.value);
+/// Takes the name and the value out of the element.
+boost::shared_ptr<Item> ItemReader::MakeItem(Element& element) {
+    UString name = std::move(*element.name);
+    if (element.type == Item::kUString)
+        return CreateUString(std::move(name),
+                             element.value ? std::move(*element.value) : fParser.ReadText());
+    const UString value = std::move(element.value).value_or(UString());
     switch (element.type) {
     case Item::kRawData:
-        return MakeRawData(element);
+        return MakeRawData(std::move(name), element.size);
     case Item::kDouble:
-        return boost::make_shared<DoubleItem>(name, UStringToDouble(value));
+        return boost::make_shared<DoubleItem>(std::move(name), UStringToDouble(value));
     case Item::kOSType:
-        return boost::make_shared<OSTypeItem>(name, UStringToOSType(value));
+        return boost::make_shared<OSTypeItem>(std::move(name), UStringToOSType(value));
     case Item::kSInt32:
         return boost::make_shared<SInt32Item>(
-            name, static_cast<int>(UStringToNum(value, kDecimalFormat)));
-    case Item::kUString:
-        return element.value != nullptr ? CreateUString(name, value)
-                                        : CreateUString(name, fParser.ReadText());
+            std::move(name), static_cast<int>(UStringToNum(value, kDecimalFormat)));
     case Item::kContainer:
-        return MakeContainer(element);
+        return MakeContainer(std::move(name));
     default:
         std::fputs("ParseSerialXML: unknown type!", stdout);
         return {};
     }
 }
 
-boost::shared_ptr<Item> ItemReader::MakeRawData(const Element& element) {
-    const long size = UStringToNum(ValueOrEmpty(element.size), kDecimalFormat);
-    return CreateRawData(*element.name,
-                         Decode(fParser.ReadText(), static_cast<std::uint32_t>(size)));
+boost::shared_ptr<Item> ItemReader::MakeRawData(UString name, const UString& size) {
+    const auto count = static_cast<std::uint32_t>(UStringToNum(size, kDecimalFormat));
+    return CreateRawData(std::move(name), Decode(fParser.ReadText(), count));
 }
 
-boost::shared_ptr<Item> ItemReader::MakeContainer(const Element& element) {
-    auto container = CreateContainer(*element.name);
+boost::shared_ptr<Item> ItemReader::MakeContainer(UString name) {
+    auto container = CreateContainer(std::move(name));
     ReadChildren(*container);
     return container;
 }

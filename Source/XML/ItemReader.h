@@ -20,14 +20,16 @@ private:
 
     void ReadUnindexed(ContainerItem& container);
     void ReadElement(ContainerItem& container, boost::shared_ptr<Item>& previous);
-    boost::shared_ptr<Item> MakeItem(const Element& element);
-    boost::shared_ptr<Item> MakeRawData(const Element& element);
-    boost::shared_ptr<Item> MakeContainer(const Element& element);
+    boost::shared_ptr<Item> MakeItem(Element& element);
+    boost::shared_ptr<Item> MakeRawData(UString name, const UString& size);
+    boost::shared_ptr<Item> MakeContainer(UString name);
     void Place(ContainerItem& container, const boost::shared_ptr<Item>& item, unsigned int language,
                boost::shared_ptr<Item>& previous) const;
 
     Parser& fParser;
     unsigned int fLanguage;
+    /// Those of the element that is being looked at; kept from one to the next for its room.
+    AttributeList fAttributes;
 };
 
 } // namespace Kestrin

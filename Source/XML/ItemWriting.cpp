@@ -13,9 +13,11 @@ namespace {
 
 constexpr std::size_t kBytesPerLine = 16;
 
-/// The item's type as the name of its element.
+/// The item's type, whose characters are ASCII, as the name of its element.
 Name ElementName(Item::ItemType type) {
-    return {OSTypeToUString(type), UString()};
+    const char text[] = {static_cast<char>(type >> 24), static_cast<char>(type >> 16),
+                         static_cast<char>(type >> 8), static_cast<char>(type), '\0'};
+    return Name(text);
 }
 
 void WriteValue(Writer& writer, const UString& value) {

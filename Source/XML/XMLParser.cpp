@@ -1,6 +1,7 @@
 #include "XML/XMLParser.h"
 
 #include "Diagnostics/Failure.h"
+#include "Strings/TextConversions.h"
 #include "XML/XMLBlank.h"
 #include "XML/XMLEntityGuard.h"
 
@@ -207,12 +208,13 @@ Name Parser::CurrentElement() const {
     return {local != nullptr ? Chars(local) : "", Chars(nameSpace)};
 }
 
-unsigned int Parser::CurrentElementCode() const {
-    const UString local = ToUString(xmlTextReaderConstLocalName(fReader.get()));
-    unsigned int code = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        code = code << 8 | (i < local.length() ? local[i] & 0xFFu : 0u);
-    return code;
+unsigned int Parser::CurrentElementCode() {
+    const xmlChar* name = xmlTextReaderConstLocalName(fReader.get());
+    if (name != fCodedName) {
+        fCode = UStringToOSType(ToUString(name));
+        fCodedName = name;
+    }
+    return fCode;
 }
 
 bool Parser::ReadAllAttributes(AttributeList& attributes) {
@@ -237,7 +239,7 @@ void Parser::ReadAttribute(int index, AttributePair& pair, bool& assigned) {
 }
 
 void Parser::AssignName(const unsigned char* name, UString& result) {
-    // libxml2 keeps one copy of a name for as long as the reader lives, so its address tells it.
+    // The address tells the name; see KnownName.
     const auto known = std::find_if(fKnownNames.begin(), fKnownNames.end(),
                                     [name](const KnownName& entry) { return entry.first == name; });
     if (known != fKnownNames.end()) {

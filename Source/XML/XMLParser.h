@@ -65,7 +65,7 @@ public:
 
     /// The first four characters of the current element's local name, each cut to its low eight
     /// bits, the first in the most significant byte; missing ones are zero.
-    unsigned int CurrentElementCode() const;
+    unsigned int CurrentElementCode();
 
     /// Makes `attributes` those of the current element, in order, namespace declarations included.
     /// False when it has none.
@@ -111,7 +111,8 @@ private:
         void operator()(_xmlTextReader* reader) const;
     };
 
-    /// A name as libxml2 keeps it, once for all its uses in the document, and as a UString.
+    /// A name where libxml2 keeps it, once for all its uses and as long as the reader lives, and as
+    /// a UString.
     using KnownName = std::pair<const unsigned char*, UString>;
 
     bool Advance(int& nodeType, bool stopAtInstructions);
@@ -139,6 +140,9 @@ private:
     std::deque<Instruction> fInstructions;
     std::unique_ptr<ElementFilter> fFilter;
     std::vector<KnownName> fKnownNames;
+    /// The local name that fCode is the code of.
+    const unsigned char* fCodedName = nullptr;
+    unsigned int fCode = 0;
 };
 
 } // namespace Kestrin

@@ -72,9 +72,11 @@ public:
     const UString& GetComment() const { return fComment; }
     void SetComment(const UString& comment);
 
-    /// All attributes of the element that the item was read from. Writing leaves out "name",
-    /// "value" and "size", for which the item has its own.
+    /// The attributes of the element that the item was read from, less "name", "value" and "size",
+    /// for which the item has its own: "lang", "platform" and whatever else stood there. They are
+    /// written back unchanged.
     const AttributeList& GetAttributes() const { return fAttributes; }
+    /// Attributes of those three names are never written.
     void SetAttributes(AttributeList attributes);
 
 protected:
@@ -146,6 +148,9 @@ public:
     boost::shared_ptr<Item> GetItem(ItemType type, const UString& name) const;
     boost::shared_ptr<UStringItem> GetUStringItem(const UString& name) const;
 
+    /// What GetUStringItem's item holds, or null. It lives as long as the item is not changed.
+    const UString* FindUString(const UString& name) const;
+
     const std::vector<boost::shared_ptr<Item>>& GetItems() const { return fItems; }
 
     bool HasChanged() const override;
@@ -159,17 +164,21 @@ private:
     void RebuildIndex();
     void ReleaseItems();
 
-    /// A child's name, where the child keeps it, with its first four units in one number: that
-    /// settles most comparisons.
+    /// A child's name, where the child keeps it. Keys are in the order of their hashes, which can
+    /// be compared without a look at the names.
     struct NameKey {
         explicit NameKey(const UString& key);
         bool operator<(const NameKey& other) const {
-            return start != other.start ? start < other.start : *name < *other.name;
+            if (hash != other.hash)
+                return hash < other.hash;
+            return !(*name == *other.name) && *name < *other.name;
         }
 
-        std::uint64_t start = 0;
+        std::size_t hash;
         const UString* name;
     };
+
+    const boost::shared_ptr<Item>* Find(ItemType type, const UString& name) const;
 
     sorted_vector_map<NameKey, std::uint32_t> fIndex;
     Items fItems;

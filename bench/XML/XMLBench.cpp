@@ -20,26 +20,38 @@ namespace {
 
 constexpr std::size_t kFileSize = 10 * 1024 * 1024;
 
-/// The forms that string items are written in, and the way in which their keys come.
+/// How string items are written: with a value or a text, in tables of a thousand or in one.
 enum Form { kValues, kTexts, kOneTable };
 
 constexpr const char* kFormNames[] = {"Values", "Texts", "OneTable"};
 
+/// Words as many and as different as those of a language.
+const std::vector<std::string>& Words() {
+    static const std::vector<std::string> words = [] {
+        static const char* syllables[] = {"ka",  "lo",      "mi",  "ter", "sun", "ra",
+                                          "vel", "dor",     "in",  "pos", "gro", "up",
+                                          "val", "u\u00e9", "num", "ber"};
+        std::mt19937 random(2);
+        std::vector<std::string> made(2000);
+        for (std::string& word : made) {
+            for (auto count = 1 + random() % 4; count > 0; --count)
+                word += syllables[random() % std::size(syllables)];
+        }
+        return made;
+    }();
+    return words;
+}
+
 /// A text of a few words.
 std::string Sentence(std::mt19937& random) {
-    static const char* words[] = {"surface", "group",  "position",  "is",      "not",
-                                  "a",       "number", "the",       "between", "value",
-                                  "must",    "be",     "caf\u00e9", "view",    "help"};
     std::string text;
     for (auto count = 3 + random() % 5; count > 0; --count)
-        text += std::string(text.empty() ? "" : " ") + words[random() % std::size(words)];
+        text += std::string(text.empty() ? "" : " ") + Words()[random() % Words().size()];
     return text;
 }
 
-std::string Entry(Form form, unsigned int number, std::mt19937& random) {
-    // Numbered in an order of no system, as keys stand in a table that grew.
-    const std::string key = Sentence(random) + " " + std::to_string(number * 2654435761u % 1000003);
-    const std::string start = "\t\t<TEXT name=\"" + key + "\"";
+std::string Entry(Form form, std::mt19937& random) {
+    const std::string start = "\t\t<TEXT name=\"" + Sentence(random) + "\"";
     return form == kTexts ? start + ">" + Sentence(random) + "</TEXT>\n"
                           : start + " value=\"" + Sentence(random) + "\"/>\n";
 }
@@ -52,7 +64,7 @@ std::string MakeFile(Form form) {
     for (unsigned int number = 1; file.size() < kFileSize; ++number) {
         if (number % perTable == 0)
             file += "\t</XSET>\n\t<XSET name=\"" + std::to_string(number) + "\">\n";
-        file += Entry(form, number, random);
+        file += Entry(form, random);
     }
     return file + "\t</XSET>\n\t</XSET>\n</resource_list>\n";
 }
@@ -148,7 +160,8 @@ template <typename Contender>
 double BytesPerItem(const std::string& file) {
     const auto items = static_cast<double>(std::count(file.begin(), file.end(), '\n'));
     const std::size_t before = HeapInUse();
-    const auto result = Contender::Read(file);
+    auto result = Contender::Read(file);
+    benchmark::DoNotOptimize(result);
     return static_cast<double>(HeapInUse() - before) / items;
 }
 
