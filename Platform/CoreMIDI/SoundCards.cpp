@@ -2,19 +2,25 @@
 
 #include <alsa/asoundlib.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 namespace {
 
 using std::filesystem::path;
 
-/// One line of sysfs without its end; empty where there is no such file.
+constexpr std::size_t kMostAttributeBytes = 4096; // a page, all that sysfs has room for
+
+/// One line of sysfs without its end; empty where there is no such file, or it goes while it is
+/// read.
 std::string ReadAttribute(const path& folder, const char* name) {
     std::ifstream file(folder / name, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string text(kMostAttributeBytes, '\0');
+    // Unlike an iterator over the file's buffer, this throws nothing when the device is gone.
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
     if (!text.empty() && text.back() == '\n')
         text.pop_back();
     return text;

@@ -21,6 +21,7 @@ TEST(SoundCards, ReadTheUsbDeviceAboveTheInterface) {
     Write(device / "manufacturer", "LOUD Technologies, Inc.\n");
     Write(device / "product", "  MCU Trailing   \n");
     Write(device / "devpath", "1.4\n");
+    std::filesystem::create_directory(device / "serial"); // opens, but reading it fails
     const auto unit = UsbUnitAbove(device / "1-1.4:1.0");
     ASSERT_TRUE(unit);
     EXPECT_EQ(unit->vendorID + ":" + unit->productID, "0a73:0006");
