@@ -76,13 +76,6 @@ TEST(DrawingContext, RefusesToDrawOutsideOfADrawEvent) {
     }
 }
 
-TEST(DrawingContext, RefusesToDrawAfterTheDrawEvent) {
-    DrawEvent event;
-    event.context.SetDrawEventContextInfo(nullptr, 1.0F);
-    CapturedOutput output;
-    EXPECT_THROW(event.context.FillRect({0, 0, 10, 10}, kRed), int);
-}
-
 TEST(DrawingContext, FillsTheGroundThatANegativeExtentDescribes) {
     DrawEvent event;
     event.context.FillRect({30, 20, -20, -10}, kRed);
@@ -103,12 +96,6 @@ TEST(DrawingContext, FramesWithHalfOfTheLineOnEitherSide) {
     EXPECT_EQ(ink.top, 8) << "corners are square";
     EXPECT_EQ(event.picture.PixelAt(8, 8).alpha, 255);
     EXPECT_EQ(event.picture.PixelAt(20, 20).alpha, 0);
-}
-
-TEST(DrawingContext, FramesNothingWithALineOfNoWidth) {
-    DrawEvent event;
-    event.context.FrameRect({10, 10, 30, 30}, 0, kRed);
-    EXPECT_TRUE(InkOf(event.picture).IsEmpty());
 }
 
 TEST(DrawingContext, MultipliesOpacityWithThatOfTheDrawEvent) {

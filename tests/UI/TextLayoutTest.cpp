@@ -1,4 +1,3 @@
-#include "UI/FontNames.h"
 #include "UI/OSTextLayoutQt.h"
 
 #include "tests/UI/Picture.h"
@@ -37,13 +36,11 @@ public:
     std::unique_ptr<NativeTypesetter> CreateTypesetter(std::u16string text,
                                                        const NativeTextStyle& style) override {
         ++work.typesetters;
-        lastStyle = style;
         return std::make_unique<Typesetter>(Shared().CreateTypesetter(std::move(text), style),
                                             work);
     }
 
     Work work;
-    NativeTextStyle lastStyle;
 
 private:
     class Typesetter final : public NativeTypesetter {
@@ -134,25 +131,6 @@ TEST_F(TextLayoutTest, RebuildsOnlyWhatAChangeConcerns) {
     EXPECT_EQ(WorkOf([&] { layout.SetVerticalScale(2); }), all);
     EXPECT_EQ(WorkOf([&] { layout.SetTracking(3); }), Work{});
     EXPECT_EQ(layout.GetTracking(), 3);
-}
-
-TEST_F(TextLayoutTest, TellsThePlatformTheParagraphsCodes) {
-    const auto codes = [&] {
-        layout.Width();
-        return std::pair<int, int>(system.lastStyle.alignment, system.lastStyle.lineBreakMode);
-    };
-    EXPECT_EQ(codes(), std::pair(4, 2));
-    layout.SetAlignment(kTextAlignLeft);
-    layout.SetTruncate(kTruncateHead);
-    EXPECT_EQ(codes(), std::pair(0, 3));
-    layout.SetAlignment(kTextAlignCenter);
-    layout.SetTruncate(kTruncateMiddle);
-    EXPECT_EQ(codes(), std::pair(2, 5));
-    layout.SetAlignment(kTextAlignRight);
-    layout.SetTruncate(kTruncateTail);
-    EXPECT_EQ(codes(), std::pair(1, 4));
-    layout.SetWrap(kWrapWord);
-    EXPECT_EQ(codes(), std::pair(1, 0));
 }
 
 TEST_F(TextLayoutTest, WrapsAtWordsWithinTheLineLength) {
@@ -347,12 +325,6 @@ TEST(Fonts, StyleWordsOfANameAreStyleWhereNoFamilyHasTheName) {
     };
     EXPECT_GT(width(kFontBold), width(kFontPlain));
     EXPECT_LT(width(kFontCondensedBold), width(kFontBold));
-}
-
-TEST(Fonts, EveryNumberHasANameAndLargeOnesThatOfTheSecond) {
-    EXPECT_EQ(FontName(static_cast<FontID>(9)), FontName(kFont2));
-    EXPECT_EQ(FontName(kFontBoldItalic), Text("Helvetica Neue Bold Italic"));
-    EXPECT_EQ(&FontName(kFont4), &FontName(kFont4)) << "names are built once";
 }
 
 TEST(Fonts, AMissingFamilyIsReplacedByOneThatCanBeRead) {
