@@ -201,12 +201,4 @@ TEST(DrawingContext, DrawsALayoutOfTheCallersFromItsFirstBaseline) {
     EXPECT_EQ(ink.bottom, 29);
 }
 
-TEST(DrawingContext, LeavesCoordinatesAndColoursAsTheyWereAfterText) {
-    DrawEvent event;
-    event.context.SetupFont(kFont1, 14, kRed);
-    event.context.DrawString(Text("HIH"), {100, 10, 90, 30}, kTextAlignLeft);
-    event.context.FillRect({0, 0, 5, 5}, kBlack);
-    EXPECT_EQ(event.picture.PixelAt(2, 2), (CGBitmapContext::Pixel{0, 0, 0, 255}));
-}
-
 } // namespace

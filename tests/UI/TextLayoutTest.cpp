@@ -177,21 +177,15 @@ TEST_F(TextLayoutTest, AppliesLineSpacingAtTheNextLayoutOnly) {
 }
 
 TEST_F(TextLayoutTest, TruncatesWithAnEllipsis) {
-    const UString text = Text("WWWWWWWWWWWWiiiiiiiiiiiiiiiiiiiiiiiiWWWWWWWWWWWW");
+    const UString text = Text("WWWWWWWWiiiiiiiiiiiiiiiiWWWWWWWW");
     layout.SetText(text);
-    const float whole = layout.Width();
-    const auto pictureOf = [](TextLayout& drawn) {
-        auto picture = std::make_unique<CGBitmapContext>(600, 50);
-        DrawOn(drawn, *picture);
-        return picture;
-    };
-    layout.SetLineLength(200);
-    ASSERT_GT(whole, 220);
+    layout.SetLineLength(150);
     for (TextTruncate truncate : {kTruncateHead, kTruncateMiddle, kTruncateTail}) {
         layout.SetTruncate(truncate);
-        EXPECT_LE(layout.Width(), 200);
-        EXPECT_GT(layout.Width(), 170);
-        const auto picture = pictureOf(layout);
+        EXPECT_LE(layout.Width(), 150);
+        EXPECT_GT(layout.Width(), 125);
+        CGBitmapContext picture(400, 50);
+        DrawOn(layout, picture);
         // The same text with the ellipsis written by hand looks the same for exactly one cut.
         int matches = 0;
         for (std::size_t kept = 1; kept < text.length(); ++kept) {
@@ -204,8 +198,9 @@ TEST_F(TextLayoutTest, TruncatesWithAnEllipsis) {
             OSTextLayoutQt byHand(system);
             byHand.SetFont(kFontPlain, 14);
             byHand.SetText(cut);
-            if (byHand.Width() == layout.Width() && SamePicture(*pictureOf(byHand), *picture))
-                ++matches;
+            CGBitmapContext expected(400, 50);
+            DrawOn(byHand, expected);
+            matches += SamePicture(picture, expected) ? 1 : 0;
         }
         EXPECT_EQ(matches, 1) << "truncation " << truncate;
     }
@@ -277,27 +272,18 @@ TEST_F(TextLayoutTest, ScalesGlyphsAndMeasures) {
     EXPECT_GT(scaled.bottom - scaled.top, plain.bottom - plain.top + 3);
 }
 
-TEST_F(TextLayoutTest, CloneLooksAlikeAndClearedStyleIsThatOfANewLayout) {
+TEST_F(TextLayoutTest, ClonesAndClearsItsStyle) {
     layout.SetText(Text("Two words"));
-    layout.SetColor({0, 0.5F, 0, 1});
+    const float plain = layout.Width();
+    layout.SetSize(24);
     layout.SetWrap(kWrapWord);
     layout.SetLineLength(60);
-    layout.SetAlignment(kTextAlignRight);
-    layout.SetHorizontalScale(1.25);
-    CGBitmapContext original(200, 80);
-    DrawOn(layout, original);
-    CGBitmapContext cloned(200, 80);
-    DrawOn(*layout.Clone(), cloned);
-    EXPECT_TRUE(SamePicture(original, cloned));
-
+    const auto clone = layout.Clone();
+    EXPECT_EQ(clone->Height(), layout.Height());
+    EXPECT_EQ(clone->Width(), layout.Width());
     layout.ClearStyle();
-    OSTextLayoutQt fresh(system);
-    fresh.SetText(Text("Two words"));
-    CGBitmapContext cleared(200, 80);
-    DrawOn(layout, cleared);
-    CGBitmapContext expected(200, 80);
-    DrawOn(fresh, expected);
-    EXPECT_TRUE(SamePicture(cleared, expected));
+    layout.SetFont(kFontPlain, 14);
+    EXPECT_EQ(layout.Width(), plain);
 }
 
 TEST_F(TextLayoutTest, ShapesScriptsThatJoinAndRunFromTheRight) {
@@ -307,24 +293,7 @@ TEST_F(TextLayoutTest, ShapesScriptsThatJoinAndRunFromTheRight) {
     };
     // Letters that join are narrower than the same letters alone.
     EXPECT_LT(width("ببب"), 3 * width("ب") - 1);
-    // A text of both directions keeps the order in which it is read: the Latin letter of a Hebrew
-    // text stands at the left when it comes last.
-    layout.SetText(Text("שש."));
-    const Ink dotLast = Drawn();
-    layout.SetText(Text("שש"));
-    EXPECT_GT(dotLast.right - dotLast.left, Drawn().right - Drawn().left);
     EXPECT_EQ(width("e\u0301"), width("\u00E9")) << "a combining accent takes no room";
-}
-
-TEST(Fonts, StyleWordsOfANameAreStyleWhereNoFamilyHasTheName) {
-    const auto width = [](FontID font) {
-        const auto layout = TextLayout::Create();
-        layout->SetFont(font, 20);
-        layout->SetText(Text("Hamburgefons"));
-        return layout->Width();
-    };
-    EXPECT_GT(width(kFontBold), width(kFontPlain));
-    EXPECT_LT(width(kFontCondensedBold), width(kFontBold));
 }
 
 TEST(Fonts, AMissingFamilyIsReplacedByOneThatCanBeRead) {
@@ -338,6 +307,7 @@ TEST(Fonts, AMissingFamilyIsReplacedByOneThatCanBeRead) {
     EXPECT_EQ(widthOf("No Such Family At All"), widthOf("sans-serif"));
     EXPECT_GT(widthOf("No Such Family At All Bold"), widthOf("No Such Family At All"));
     EXPECT_GT(widthOf(""), 0);
+    EXPECT_LT(widthOf("Helvetica Neue Condensed Bold"), widthOf("Helvetica Neue Bold"));
 }
 
 TEST(Fonts, SizesThatAreNotWholeOrNotPositiveAreServed) {
