@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace Kestrin {
@@ -18,6 +19,12 @@ QPointer<QtView> sPressed;
 
 bool IsButtonDown() {
     return QGuiApplication::mouseButtons() & Qt::LeftButton;
+}
+
+/// Widgets stand at numbers of moderate size, whatever a frame says.
+int WholePoint(double coordinate) {
+    constexpr double kFar = 1 << 23;
+    return coordinate > -kFar ? static_cast<int>(std::min(coordinate, kFar)) : -(1 << 23);
 }
 
 bool IsTab(const QKeyEvent& event) {
@@ -70,10 +77,8 @@ void QtView::PlaceWidget() {
     const QPointF base = superview ? superview->fFraction : QPointF();
     const QPointF origin = base + QPointF(fFrame.origin.x, fFrame.origin.y);
     const QPointF corner = origin + QPointF(fFrame.size.width, fFrame.size.height);
-    const QPoint topLeft(static_cast<int>(std::floor(origin.x())),
-                         static_cast<int>(std::floor(origin.y())));
-    const QPoint bottomRight(static_cast<int>(std::ceil(corner.x())),
-                             static_cast<int>(std::ceil(corner.y())));
+    const QPoint topLeft(WholePoint(std::floor(origin.x())), WholePoint(std::floor(origin.y())));
+    const QPoint bottomRight(WholePoint(std::ceil(corner.x())), WholePoint(std::ceil(corner.y())));
     const bool shows = fFrame.size.width > 0 && fFrame.size.height > 0;
     setGeometry(
         QRect(topLeft, shows ? QSize(bottomRight.x() - topLeft.x(), bottomRight.y() - topLeft.y())

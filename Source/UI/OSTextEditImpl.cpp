@@ -40,6 +40,7 @@ public:
 
     bool HandleFieldKeyDown(const NativeKeyEvent& event) override {
         const std::weak_ptr<void> alive = fAlive;
+        gLastNativeKeyCode = event.keyCode;
         const unsigned char key = KeyCodeOf(event);
         const UString text(event.characters, UString::kUTF8);
         if (fClient && !fClient->FilterTextEditDoTextInput(&fTextEdit, text,

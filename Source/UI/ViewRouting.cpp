@@ -24,7 +24,8 @@ Point PointOf(const NativeMouseEvent& event) {
 
 /// Three steps a notch, away from zero, so that the smallest movement counts.
 int WheelSteps(double delta) {
-    const double steps = delta * 3;
+    constexpr double kMost = 1 << 20;
+    const double steps = std::clamp(delta * 3, -kMost, kMost);
     return static_cast<int>(steps > 0 ? std::ceil(steps) : std::floor(steps));
 }
 

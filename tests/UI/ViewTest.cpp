@@ -69,6 +69,10 @@ TEST_F(Views, OnlyTheOriginOfANegativeFrameIsSetRight) {
     EXPECT_TRUE(view.IsVisible());
     const NativeInput::Picture picture(root);
     EXPECT_EQ(picture.At(45, 45), picture.At(190, 90));
+    // Nor does the toolkit come to harm by what no screen has room for.
+    view.SetRect({-1e30F, std::nanf(""), 1e30F, 1e30F});
+    NativeInput::Settle();
+    EXPECT_EQ(view.GetRect().x, -1e30F);
 }
 
 TEST_F(Views, ConversionsAreZeroWithoutAWindowAndAddUpWithin) {
