@@ -62,6 +62,8 @@ void ContainerItem::AddItem(const boost::shared_ptr<Item>& item) {
     SetChanged(true);
 }
 
+// By value: the caller's reference may be the list's own, which goes.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void ContainerItem::RemoveItem(boost::shared_ptr<Item> item) {
     const auto found = std::find(fItems.begin(), fItems.end(), item);
     if (item == nullptr || found == fItems.end())

@@ -16,7 +16,7 @@ namespace {
 constexpr unsigned int kThisPlatform = FourCharCode("MacX");
 
 // Room that a file may claim beyond what its text fills.
-constexpr std::size_t kRawDataSlack = 1024 * 1024;
+constexpr std::size_t kRawDataSlack = std::size_t{1} << 20;
 constexpr int kRawDataTooLargeLine = 412;
 
 /// Takes out an item of which one of the last ones is known to be the place.
