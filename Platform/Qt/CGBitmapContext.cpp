@@ -58,7 +58,7 @@ CGBitmapContext::Pixel CGBitmapContext::PixelAt(int x, int y) const {
 }
 
 bool CGBitmapContext::WritePNG(const std::string& path) const {
-    return fData->image.save(QString::fromStdString(path), "PNG");
+    return fData->image.save(ToQString(path), "PNG");
 }
 
 } // namespace Kestrin

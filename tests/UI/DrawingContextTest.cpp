@@ -169,19 +169,6 @@ INSTANTIATE_TEST_SUITE_P(Sizes, DrawingContextCaptions,
                          testing::Values(Caption{25, 14, 1}, Caption{22, 14, 1}, Caption{18, 14, 2},
                                          Caption{60, 14, 1.5}, Caption{40, 30, 1.25}));
 
-TEST(DrawingContext, AlignsTextWithinItsRectangle) {
-    const Rect rect{30, 10, 140, 30};
-    Ink inks[3];
-    for (TextAlignment alignment : {kTextAlignLeft, kTextAlignCenter, kTextAlignRight}) {
-        DrawEvent event;
-        event.context.DrawString(Text("HIH"), rect, alignment);
-        inks[alignment - kTextAlignLeft] = InkOf(event.picture);
-    }
-    EXPECT_NEAR(inks[0].left, 30, 2);
-    EXPECT_NEAR(inks[1].MiddleX(), 100, 1.5);
-    EXPECT_NEAR(inks[2].right, 169, 2);
-}
-
 TEST(DrawingContext, DrawsNoTextInEmptyRectanglesAndNoEmptyText) {
     DrawEvent event;
     event.context.DrawString(UString(), {10, 10, 100, 30}, kTextAlignLeft);

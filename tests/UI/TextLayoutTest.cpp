@@ -246,18 +246,6 @@ TEST_F(TextLayoutTest, ReportsUnknownValuesAndGoesOn) {
     EXPECT_THAT(RecordingLog::Lines(), testing::ElementsAre("Unknown wrap type."));
 }
 
-TEST_F(TextLayoutTest, HasTheMeasuresOfTheFontAndDrawsNothingWithoutText) {
-    EXPECT_EQ(layout.Width(), 0);
-    EXPECT_GT(layout.GetAscent(), 7);
-    EXPECT_LT(layout.GetAscent(), 21);
-    EXPECT_GT(layout.GetDescent(), 0);
-    EXPECT_GT(layout.GetXHeight(), 4);
-    EXPECT_LT(layout.GetXHeight(), layout.GetAscent());
-    EXPECT_TRUE(Drawn().IsEmpty());
-    layout.SetText(Text("x"));
-    layout.DrawLayout(nullptr);
-}
-
 TEST_F(TextLayoutTest, ScalesGlyphsAndMeasures) {
     layout.SetText(Text("Group"));
     const float width = layout.Width();
