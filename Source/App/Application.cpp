@@ -6,6 +6,7 @@
 #include "App/MenuBar.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Kestrin {
 
@@ -29,9 +30,9 @@ std::string IdentifierOf(std::string name) {
 } // namespace
 
 struct Application::AppData {
-    AppData(Application& owner, const UString& applicationName)
+    AppData(Application& owner, UString applicationName)
         : application(owner)
-        , name(applicationName) {
+        , name(std::move(applicationName)) {
         const std::string text = name.utf8_str();
         NativeApplication::Shared().SetName(text, IdentifierOf(text));
     }

@@ -78,7 +78,7 @@ void OSMenuHandle::InsertMenuBeforeMenuID(short id) {
     if (IsEmpty())
         return;
     MenuList& list = MenuList::Instance();
-    const Place place = list.PlaceBefore(id);
+    const auto place = list.PlaceBefore(id);
     list.fMenus.insert(place, *this);
     if (id >= 0)
         InsertIntoMenuBar(*fMenu, MenuBarIndexBefore(place, list.fMenus.end()));
@@ -88,7 +88,7 @@ void OSMenuHandle::RemoveFromMenuList() {
     if (IsEmpty())
         return;
     MenuList& list = MenuList::Instance();
-    const Place place = list.Find(GetMenuID());
+    const auto place = list.Find(GetMenuID());
     if (place == list.fMenus.end())
         return;
     list.fMenus.erase(place);
