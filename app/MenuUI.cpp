@@ -71,9 +71,10 @@ void MenuUI::DrawCurrentItem(DrawingContext& context) {
 }
 
 void MenuUI::DoClick(const Point& where, unsigned int, bool) {
+    // Redrawn first: while the list is open, the window may close and this view go with it.
+    Inval();
     if (Contains(FrameRect(), where))
         Open();
-    Inval();
 }
 
 bool MenuUI::DoTextInput(const UString& text, unsigned int, unsigned char key) {
