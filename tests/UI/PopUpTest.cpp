@@ -306,14 +306,32 @@ TEST_F(PopUp, ClosesWhenItsControlIsDeletedAndLeavesTheChainToTheGopher) {
     EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), &gopher);
 }
 
-TEST_F(PopUp, ClosesWithItsWindow) {
+TEST_F(PopUp, GivesTheChainToNobodyWhenTheFormerGopherHasGone) {
     Fill(5);
+    auto former = std::make_unique<Gopher>();
     Click();
     script.WhenMenuIsOpen([&](const Desktop::Menu&) {
-        std::system("xdotool search --name Pop-up windowquit 2>/dev/null");
-        if (window != nullptr)
-            window->ShowHide(false);
+        former.reset();
+        Desktop::Type("Down Return");
     });
+    Play();
+    EXPECT_EQ(control->chosen, 1);
+    EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), nullptr);
+}
+
+TEST_F(PopUp, ClosesWhenItsWindowIsHidden) {
+    Fill(5);
+    Click();
+    script.WhenMenuIsOpen([&](const Desktop::Menu&) { window->ShowHide(false); });
+    Play();
+    EXPECT_FALSE(Desktop::OpenMenu());
+    EXPECT_EQ(control->chosen, 0);
+}
+
+TEST_F(PopUp, ClosesWhenItsWindowIsDestroyed) {
+    Fill(5);
+    Click();
+    script.WhenMenuIsOpen([&](const Desktop::Menu&) { WindowClosedNotification(window); });
     Play();
     EXPECT_FALSE(Desktop::OpenMenu());
 }
