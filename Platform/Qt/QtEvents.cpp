@@ -63,7 +63,7 @@ std::string TypedText(const QKeyEvent& event) {
 std::u16string LetterOfKey(const QKeyEvent& event) {
     if (event.key() < 0x20 || event.key() >= 0x10000)
         return {};
-    const char16_t letter = static_cast<char16_t>(event.key());
+    const auto letter = static_cast<char16_t>(event.key());
     const bool shifted = event.modifiers() & Qt::ShiftModifier;
     return {shifted ? letter : QChar(letter).toLower().unicode()};
 }

@@ -77,9 +77,9 @@ bool ViewBridge::Contains(const Point& point) const {
 ViewBridge* ViewBridge::HitTest(const Point& point) {
     if (fHidden || !Contains(point))
         return nullptr;
-    for (auto child = fSubviews.rbegin(); child != fSubviews.rend(); ++child) {
-        const Rect& frame = (*child)->fFrame;
-        if (ViewBridge* hit = (*child)->HitTest({point.x - frame.x, point.y - frame.y}))
+    for (std::size_t i = fSubviews.size(); i > 0; --i) {
+        ViewBridge& child = *fSubviews[i - 1];
+        if (ViewBridge* hit = child.HitTest({point.x - child.fFrame.x, point.y - child.fFrame.y}))
             return hit;
     }
     return this;

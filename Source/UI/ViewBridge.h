@@ -108,6 +108,8 @@ private:
     Shared Self() { return shared_from_this(); }
     ViewBridge& Root();
     bool Supports(int feature) const;
+    template <typename Call>
+    void ForEachSubview(Call call);
     Point PointIn(const ViewBridge& other, Point point) const;
     Shared Beneath(const Point& point);
     Shared ClickTaker(const Point& point);

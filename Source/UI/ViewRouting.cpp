@@ -53,6 +53,14 @@ private:
 
 } // namespace
 
+/// In order, each held for its call; the list may change meanwhile.
+template <typename Call>
+void ViewBridge::ForEachSubview(Call call) {
+    std::size_t next = 0;
+    while (next < fSubviews.size())
+        call(*fSubviews[next++]->Self());
+}
+
 /// The point of this view's own coordinates in those of another view of the same tree.
 Point ViewBridge::PointIn(const ViewBridge& other, Point point) const {
     return other.FromRoot(ToRoot(point));
@@ -175,11 +183,9 @@ void ViewBridge::HandleMouseMoved(const NativeMouseEvent& event) {
 void ViewBridge::DispatchMouseMoved(const Point& point, unsigned int modifiers) {
     if (fHidden || !Contains(point))
         return;
-    for (std::size_t i = 0; i < fSubviews.size(); ++i) {
-        const Shared child = fSubviews[i]->Self();
-        child->DispatchMouseMoved({point.x - child->fFrame.x, point.y - child->fFrame.y},
-                                  modifiers);
-    }
+    ForEachSubview([&](ViewBridge& child) {
+        child.DispatchMouseMoved({point.x - child.fFrame.x, point.y - child.fFrame.y}, modifiers);
+    });
     if (Supports(kViewFeatureMouseTracking))
         fKestrinView->DoMousePosition(kMousePosInside, point, modifiers);
 }
@@ -248,11 +254,10 @@ void ViewBridge::HandleAccessibilityPress() {
 void ViewBridge::TellVisibleStateChanged() {
     if (fKestrinView)
         fKestrinView->DoVisibleStateChanged();
-    for (std::size_t i = 0; i < fSubviews.size(); ++i) {
-        const Shared child = fSubviews[i]->Self();
-        if (!child->fHidden)
-            child->TellVisibleStateChanged();
-    }
+    ForEachSubview([](ViewBridge& child) {
+        if (!child.fHidden)
+            child.TellVisibleStateChanged();
+    });
 }
 
 void ViewBridge::HandleDraw(CGContext& target) {
