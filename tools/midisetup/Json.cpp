@@ -22,6 +22,12 @@ Json PropertiesToJson(MIDIObjectRef object) {
     return properties;
 }
 
+/// Told apart from the properties, since it is what the system sees now and not a setting.
+void MarkOffline(Json& json, bool isOffline) {
+    if (isOffline)
+        json["offline"] = true;
+}
+
 Json EndpointsToJson(const std::vector<Endpoint>& endpoints) {
     Json list = Json::array();
     for (const Endpoint& endpoint : endpoints)
@@ -44,6 +50,7 @@ Json DeviceToJson(const Device& device) {
                  {"entities", Json::array()}};
     for (const Entity& entity : device.entities)
         json["entities"].push_back(EntityToJson(entity));
+    MarkOffline(json, device.isOffline);
     return json;
 }
 
@@ -78,10 +85,12 @@ Json StudioToJson(const Studio& studio) {
                  {"endpoints", Json::array()}};
     for (const Device& device : studio.devices)
         json["devices"].push_back(DeviceToJson(device));
-    for (const Endpoint& endpoint : studio.programEndpoints)
+    for (const Endpoint& endpoint : studio.programEndpoints) {
         json["endpoints"].push_back({{"uniqueID", endpoint.id},
                                      {"kind", endpoint.isSource ? "source" : "destination"},
                                      {"properties", PropertiesToJson(endpoint.reference)}});
+        MarkOffline(json["endpoints"].back(), endpoint.isOffline);
+    }
     return json;
 }
 

@@ -3,9 +3,10 @@
 #include "tools/midisetup/Import.h"
 #include "tools/midisetup/Output.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
+#include <sstream>
 
 namespace MidiSetup {
 
@@ -38,14 +39,13 @@ std::string ReadAll(const std::string& name) {
     std::ifstream file;
     if (name != "-") {
         file.open(name, std::ios::binary);
-        if (!file)
+        if (!file || std::filesystem::is_directory(name))
             throw Failure("cannot read " + Printable(name));
     }
-    std::istream& stream = name == "-" ? std::cin : file;
-    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad())
-        throw Failure("cannot read " + Printable(name));
-    return text;
+    // Unlike an iterator, the inserter does not let out what the stream's buffer throws.
+    std::ostringstream text;
+    text << (name == "-" ? std::cin : file).rdbuf();
+    return text.str();
 }
 
 bool Confirmed() {
