@@ -4,112 +4,88 @@ namespace Plain {
 
 namespace {
 
-std::size_t SequenceLength(unsigned lead) {
-    if (lead < 0x80)
-        return 1;
-    if (lead >= 0xC2 && lead <= 0xDF)
-        return 2;
-    if (lead >= 0xE0 && lead <= 0xEF)
-        return 3;
-    return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
-}
+/// What the bytes of a sequence must be by its first one. The system does not ask what follows 0xF4
+/// to be a trailing byte.
+struct Sequence {
+    unsigned char firstLead, lastLead;
+    std::size_t length;
+    unsigned char lowest, highest; ///< of the second byte
+    unsigned offset;               ///< of the sum of its bytes from the character
+};
 
-bool IsSequence(const unsigned char* bytes, std::size_t length) {
-    const unsigned lead = bytes[0];
-    const unsigned lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : lead == 0xF4 ? 0 : 0x80;
-    const unsigned highest = lead == 0xF4 ? 0x8F : 0xBF;
-    if (length > 1 && (bytes[1] < lowest || bytes[1] > highest))
-        return false;
-    for (std::size_t i = 2; i < length; ++i) {
-        if ((bytes[i] & 0xC0) != 0x80)
-            return false;
+constexpr Sequence kSequences[] = {
+    {0x00, 0x7F, 1, 0x00, 0xFF, 0},         {0xC2, 0xDF, 2, 0x80, 0xBF, 0x3080},
+    {0xE0, 0xE0, 3, 0xA0, 0xBF, 0xE2080},   {0xE1, 0xEF, 3, 0x80, 0xBF, 0xE2080},
+    {0xF0, 0xF0, 4, 0x90, 0xBF, 0x3C82080}, {0xF1, 0xF3, 4, 0x80, 0xBF, 0x3C82080},
+    {0xF4, 0xF4, 4, 0x00, 0x8F, 0x3C82080}};
+
+/// The sequence that begins here, null where none does.
+const Sequence* SequenceAt(const unsigned char* bytes, std::size_t count) {
+    for (const Sequence& each : kSequences) {
+        if (bytes[0] < each.firstLead || bytes[0] > each.lastLead)
+            continue;
+        bool fits = each.length <= count;
+        if (fits && each.length > 1)
+            fits = bytes[1] >= each.lowest && bytes[1] <= each.highest;
+        for (std::size_t i = 2; fits && i < each.length; ++i)
+            fits = (bytes[i] & 0xC0) == 0x80;
+        return fits ? &each : nullptr;
     }
-    return true;
-}
-
-// Sums up as the system does, for what follows 0xF4 may be no trailing byte.
-unsigned Value(const unsigned char* bytes, std::size_t length) {
-    const unsigned offsets[] = {0, 0, 0x3080, 0xE2080, 0x3C82080};
-    unsigned value = 0;
-    for (std::size_t i = 0; i < length; ++i)
-        value = value * 64 + bytes[i];
-    return value - offsets[length];
-}
-
-/// Reads one character and answers its number of units, 0 where the text is ill-formed or at its
-/// end.
-std::size_t ReadUnits(const unsigned short* source, std::size_t count, unsigned& value) {
-    const auto isHigh = [](unsigned unit) { return unit >= 0xDB00 && unit <= 0xDBFF; };
-    const auto isLow = [](unsigned unit) { return unit >= 0xDC00 && unit <= 0xDCFF; };
-    if (count == 0 || isLow(source[0]))
-        return 0;
-    value = source[0];
-    if (!isHigh(value))
-        return 1;
-    if (count == 1 || !isLow(source[1]))
-        return 0;
-    value = 0x10000 + (value - 0xDB00) * 0x400 + (source[1] - 0xDC00);
-    return 2;
+    return nullptr;
 }
 
 void AppendUtf8(std::string& bytes, unsigned value) {
-    const auto put = [&bytes](unsigned byte) { bytes.push_back(static_cast<char>(byte)); };
-    if (value < 0x80)
-        return put(value);
-    if (value < 0x800) {
-        put(0xC0 + value / 64);
-    } else {
-        if (value < 0x10000) {
-            put(0xE0 + value / 4096);
-        } else {
-            put(0xF0 + value / 262144);
-            put(0x80 + value / 4096 % 64);
-        }
-        put(0x80 + value / 64 % 64);
-    }
-    put(0x80 + value % 64);
+    const int trailing = value < 0x80 ? 0 : value < 0x800 ? 1 : value < 0x10000 ? 2 : 3;
+    const unsigned marks[] = {0, 0xC0, 0xE0, 0xF0};
+    bytes.push_back(static_cast<char>(marks[trailing] + (value >> (6 * trailing))));
+    for (int rest = trailing - 1; rest >= 0; --rest)
+        bytes.push_back(static_cast<char>(0x80 + (value >> (6 * rest)) % 64));
 }
 
 } // namespace
 
-Utf16Result Utf8ToUtf16(const unsigned char* source, std::size_t count) {
-    Utf16Result result;
+Result<UTF16String> Utf8ToUtf16(const unsigned char* source, std::size_t count) {
+    Result<UTF16String> result;
     while (result.consumed < count) {
-        const unsigned char* const bytes = source + result.consumed;
-        const std::size_t length = SequenceLength(*bytes);
-        if (length == 0 || length > count - result.consumed || !IsSequence(bytes, length))
+        const unsigned char* bytes = source + result.consumed;
+        const Sequence* const sequence = SequenceAt(bytes, count - result.consumed);
+        if (!sequence)
             break;
-        const unsigned value = Value(bytes, length);
+        unsigned value = 0;
+        for (std::size_t i = 0; i < sequence->length; ++i)
+            value = value * 64 + bytes[i];
+        value -= sequence->offset;
         if (value >= 0x10000) {
-            result.units.push_back(static_cast<unsigned short>(0xDB00 + (value - 0x10000) / 1024));
-            result.units.push_back(static_cast<unsigned short>(0xDC00 + value % 1024));
-        } else {
-            result.units.push_back(static_cast<unsigned short>(value));
+            result.text.push_back(static_cast<unsigned short>(0xDB00 + (value - 0x10000) / 1024));
+            value = 0xDC00 + value % 1024;
         }
-        result.consumed += length;
+        result.text.push_back(static_cast<unsigned short>(value));
+        result.consumed += sequence->length;
     }
     return result;
 }
 
-Utf8Result Utf16ToUtf8(const unsigned short* source, std::size_t count) {
-    Utf8Result result;
-    unsigned value = 0;
-    while (const std::size_t read =
-               ReadUnits(source + result.consumed, count - result.consumed, value)) {
-        AppendUtf8(result.bytes, value);
-        result.consumed += read;
+Result<UTF32String> Utf16ToUtf32(const unsigned short* source, std::size_t count) {
+    const auto isHigh = [](unsigned unit) { return unit >= 0xDB00 && unit <= 0xDBFF; };
+    const auto isLow = [](unsigned unit) { return unit >= 0xDC00 && unit <= 0xDCFF; };
+    Result<UTF32String> result;
+    for (std::size_t& at = result.consumed; at < count && !isLow(source[at]); ++at) {
+        unsigned value = source[at];
+        if (isHigh(value)) {
+            if (at + 1 == count || !isLow(source[at + 1]))
+                break;
+            value = 0x10000 + (value - 0xDB00) * 0x400 + (source[++at] - 0xDC00);
+        }
+        result.text.push_back(value);
     }
     return result;
 }
 
-Utf32Result Utf16ToUtf32(const unsigned short* source, std::size_t count) {
-    Utf32Result result;
-    unsigned value = 0;
-    while (const std::size_t read =
-               ReadUnits(source + result.consumed, count - result.consumed, value)) {
-        result.values.push_back(value);
-        result.consumed += read;
-    }
+Result<std::string> Utf16ToUtf8(const unsigned short* source, std::size_t count) {
+    const Result<UTF32String> values = Utf16ToUtf32(source, count);
+    Result<std::string> result{{}, values.consumed};
+    for (const auto value : values.text)
+        AppendUtf8(result.text, value);
     return result;
 }
 

@@ -9,23 +9,15 @@
 /// what the fast ones are measured by.
 namespace Plain {
 
-struct Utf16Result {
-    UTF16String units;
+template <typename Text>
+struct Result {
+    Text text;
     std::size_t consumed = 0;
+    bool operator==(const Result&) const = default;
 };
 
-struct Utf8Result {
-    std::string bytes;
-    std::size_t consumed = 0;
-};
-
-struct Utf32Result {
-    UTF32String values;
-    std::size_t consumed = 0;
-};
-
-Utf16Result Utf8ToUtf16(const unsigned char* source, std::size_t count);
-Utf8Result Utf16ToUtf8(const unsigned short* source, std::size_t count);
-Utf32Result Utf16ToUtf32(const unsigned short* source, std::size_t count);
+Result<UTF16String> Utf8ToUtf16(const unsigned char* source, std::size_t count);
+Result<std::string> Utf16ToUtf8(const unsigned short* source, std::size_t count);
+Result<UTF32String> Utf16ToUtf32(const unsigned short* source, std::size_t count);
 
 } // namespace Plain

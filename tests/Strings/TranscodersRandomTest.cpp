@@ -1,118 +1,100 @@
 #include "Strings/Transcoders.h"
 
-#include "tests/Strings/GuardedMemory.h"
 #include "tests/Strings/PlainTranscoders.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
-#include <algorithm>
+#include <cstring>
 #include <random>
-#include <vector>
 
 namespace {
-
-using Random = std::mt19937;
-using Units = std::vector<unsigned short>;
 
 constexpr std::size_t kLongest = 700;
 constexpr int kRounds = 10000;
 
-std::size_t Below(Random& random, std::size_t limit) {
-    return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+/// Where readable memory ends: reading on ends the process.
+unsigned char* EndOfMemory() {
+    constexpr std::size_t kSize = 1 << 16; // whole pages on every machine
+    static void* const memory =
+        mmap(nullptr, 2 * kSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    unsigned char* const end = static_cast<unsigned char*>(memory) + kSize;
+    EXPECT_EQ(mprotect(end, kSize, PROT_NONE), 0);
+    return end;
 }
 
-/// Units of a random mixture: a text keeps to its mixture for a while, so that whole blocks of each
-/// kind occur as well as every change from one kind to the other.
-Units RandomUnits(Random& random) {
-    const unsigned short limits[] = {0x80, 0x80, 0x800, 0xD800, 0xDB00};
-    Units units;
-    const std::size_t count = Below(random, kLongest);
-    while (units.size() < count) {
-        const unsigned short limit = limits[Below(random, std::size(limits))];
-        for (std::size_t run = Below(random, 40); run > 0; --run)
-            units.push_back(static_cast<unsigned short>(Below(random, limit)));
-        if (Below(random, 4) == 0) {
-            units.push_back(static_cast<unsigned short>(0xDB00 + Below(random, 0x100)));
-            units.push_back(static_cast<unsigned short>(0xDC00 + Below(random, 0x100)));
-        }
-    }
-    return units;
-}
-
-/// Overwrites a few elements with the values at which the rules change.
-template <typename Unit, std::size_t kCount>
-void Damage(std::vector<Unit>& elements, const Unit (&values)[kCount], Random& random) {
-    for (std::size_t times = Below(random, 3); times > 0 && !elements.empty(); --times)
-        elements[Below(random, elements.size())] = values[Below(random, kCount)];
-}
-
-Units DamagedUnits(Random& random) {
-    static constexpr unsigned short kValues[] = {0x7F,   0x80,   0x7FF,  0x800,  0xD800, 0xDAFF,
-                                                 0xDB00, 0xDBFF, 0xDC00, 0xDCFF, 0xDD00, 0xFFFF};
-    Units units = RandomUnits(random);
-    Damage(units, kValues, random);
-    return units;
-}
-
-std::vector<unsigned char> DamagedUtf8(Random& random) {
-    static constexpr unsigned char kValues[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0,
-                                                0xBF, 0xC0, 0xC2, 0xDF, 0xE0, 0xED, 0xEF,
-                                                0xF0, 0xF4, 0xF5, 0xF7, 0xF8, 0xFF};
-    const Units units = RandomUnits(random);
-    const std::string text = Plain::Utf16ToUtf8(units.data(), units.size()).bytes;
-    std::vector<unsigned char> bytes(text.begin(), text.end());
-    bytes.resize(bytes.size() - std::min(bytes.size(), Below(random, 4)));
-    Damage(bytes, kValues, random);
-    return bytes;
+/// A copy of the text that ends `shift` bytes before the readable memory does.
+template <typename Text>
+auto CopyBeforeTheEnd(const Text& text, std::size_t shift = 0) {
+    const std::size_t size = text.size() * sizeof(text[0]);
+    return reinterpret_cast<decltype(text.data())>(
+        std::memcpy(EndOfMemory() - shift - size, text.data(), size));
 }
 
 // Every text stands with its end at the end of a page, so at any alignment of its beginning; units
 // also stand one byte before it, at an odd address.
+class RandomText : public testing::Test {
+protected:
+    std::size_t Below(std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+    }
 
-TEST(RandomText, DecodesFromUtf8AsThePlainDecoderDoes) {
-    Random random(1);
-    GuardedMemory memory(4 * kLongest);
-    UTF16String units;
+    /// Units of a random mixture: a text keeps to its mixture for a while, so that whole blocks of
+    /// each kind occur as well as every change from one kind to the other.
+    UTF16String Units() {
+        const std::size_t limits[] = {0x80, 0x80, 0x800, 0xD800, 0xDB00};
+        UTF16String units;
+        const std::size_t count = Below(kLongest);
+        while (units.size() < count) {
+            const std::size_t limit = limits[Below(std::size(limits))];
+            for (std::size_t run = Below(40); run > 0; --run)
+                units.push_back(static_cast<unsigned short>(Below(limit)));
+            if (Below(4) == 0) {
+                units.push_back(static_cast<unsigned short>(0xDB00 + Below(0x100)));
+                units.push_back(static_cast<unsigned short>(0xDC00 + Below(0x100)));
+            }
+        }
+        return units;
+    }
+
+    /// The text with up to two elements replaced by values at which the rules change.
+    template <typename Text>
+    Text Damaged(Text text, const Text& values) {
+        for (std::size_t times = Below(3); times > 0 && !text.empty(); --times)
+            text[Below(text.size())] = values[Below(values.size())];
+        return text;
+    }
+
+    std::mt19937 random{1};
+};
+
+TEST_F(RandomText, IsDecodedFromUtf8AsThePlainDecoderDoes) {
+    const std::string values(
+        "\0\x7F\x80\x8F\x90\x9F\xA0\xBF\xC0\xC2\xDF\xE0\xED\xEF\xF0\xF4\xF5\xFF", 18);
     for (int round = 0; round < kRounds; ++round) {
-        const auto bytes = DamagedUtf8(random);
-        const unsigned char* const source = memory.CopyBeforeTheEnd(bytes.data(), bytes.size());
-        const Plain::Utf16Result expected = Plain::Utf8ToUtf16(bytes.data(), bytes.size());
-        ASSERT_EQ(utf8_to_utf16(source, bytes.size(), units), expected.consumed) << round;
-        ASSERT_EQ(units, expected.units) << round;
+        const UTF16String units = Units();
+        std::string bytes = Plain::Utf16ToUtf8(units.data(), units.size()).text;
+        bytes.resize(bytes.size() - std::min(bytes.size(), Below(4)));
+        bytes = Damaged(bytes, values);
+        const auto* const source = reinterpret_cast<const unsigned char*>(CopyBeforeTheEnd(bytes));
+        Plain::Result<UTF16String> result;
+        result.consumed = utf8_to_utf16(source, bytes.size(), result.text);
+        ASSERT_EQ(result, Plain::Utf8ToUtf16(source, bytes.size())) << round;
     }
 }
 
-TEST(RandomText, IsEncodedAsThePlainEncodersDo) {
-    Random random(2);
-    GuardedMemory memory(2 * kLongest + 200);
-    std::string bytes;
-    UTF32String values;
-    for (int round = 0; round < kRounds; ++round) {
-        const Units units = DamagedUnits(random);
-        const unsigned short* const source = memory.CopyBeforeTheEnd(
-            units.data(), units.size(), static_cast<std::size_t>(round % 2));
-        const Plain::Utf8Result expected = Plain::Utf16ToUtf8(units.data(), units.size());
-        ASSERT_EQ(utf16_to_utf8(source, units.size(), bytes), expected.consumed) << round;
-        ASSERT_EQ(bytes, expected.bytes) << round;
-        ASSERT_EQ(utf16_to_utf32(source, units.size(), values), expected.consumed) << round;
-        ASSERT_EQ(values, Plain::Utf16ToUtf32(units.data(), units.size()).values) << round;
-    }
-}
-
-TEST(RandomText, PassesThroughMacRomanAtAPagesEnd) {
-    Random random(4);
-    GuardedMemory memory(kLongest * 2);
-    UTF16String units;
-    std::string back;
-    for (std::size_t count = 0; count < kLongest; count += 1 + count / 8) {
-        std::vector<unsigned char> bytes(count);
-        std::generate(bytes.begin(), bytes.end(),
-                      [&random] { return static_cast<unsigned char>(Below(random, 256)); });
-        const unsigned char* const source = memory.CopyBeforeTheEnd(bytes.data(), count);
-        ASSERT_EQ(MacRoman_to_utf16(source, count, units), count);
-        const unsigned short* const wide = memory.CopyBeforeTheEnd(units.data(), units.size());
-        ASSERT_EQ(utf16_to_MacRoman(wide, units.size(), back), units.size());
-        ASSERT_EQ(back, std::string(bytes.begin(), bytes.end()));
+TEST_F(RandomText, IsEncodedAsThePlainEncodersDo) {
+    const UTF16String values = {0x7F,   0x80,   0x7FF,  0x800,  0xD800, 0xDAFF,
+                                0xDB00, 0xDBFF, 0xDC00, 0xDCFF, 0xDD00, 0xFFFF};
+    for (std::size_t round = 0; round < kRounds; ++round) {
+        const UTF16String units = Damaged(Units(), values);
+        const unsigned short* const source = CopyBeforeTheEnd(units, round % 2);
+        Plain::Result<std::string> bytes;
+        bytes.consumed = utf16_to_utf8(source, units.size(), bytes.text);
+        ASSERT_EQ(bytes, Plain::Utf16ToUtf8(units.data(), units.size())) << round;
+        Plain::Result<UTF32String> characters;
+        characters.consumed = utf16_to_utf32(source, units.size(), characters.text);
+        ASSERT_EQ(characters, Plain::Utf16ToUtf32(units.data(), units.size())) << round;
     }
 }
 
