@@ -6,41 +6,29 @@
 
 namespace {
 
-TEST(CommandIDPool, HandsOutFromTheTopAndReusesTheLastReleased) {
+TEST(CommandIDPool, TakesBackItsRangeAndTheNumberBehindItAndReusesTheLast) {
     CommandIDPool pool(6000, 4096);
     EXPECT_EQ(pool.GetNextID(), 10095u);
-    EXPECT_EQ(pool.GetNextID(), 10094u);
-    pool.ReleaseID(10095);
-    EXPECT_EQ(pool.GetNextID(), 10095u);
-    EXPECT_EQ(pool.GetNextID(), 10093u);
-}
-
-TEST(CommandIDPool, TakesBackItsRangeAndTheNumberBehindIt) {
-    CommandIDPool pool(6000, 4096);
     CapturedOutput output;
-    pool.ReleaseID(5999);
-    pool.ReleaseID(10097);
-    pool.ReleaseID(6000);
-    pool.ReleaseID(10096);
+    for (const unsigned int id : {5999u, 10097u, 6000u, 10096u})
+        pool.ReleaseID(id);
     EXPECT_EQ(output.Text(), "CommandIDPool release invalid cmd 5999\n"
                              "CommandIDPool release invalid cmd 10097\n");
-    EXPECT_EQ(pool.GetNextID(), 10096u);
-    EXPECT_EQ(pool.GetNextID(), 6000u);
-    EXPECT_EQ(pool.GetNextID(), 10095u);
+    for (const unsigned int id : {10096u, 6000u, 10094u})
+        EXPECT_EQ(pool.GetNextID(), id);
 }
 
 /// Takes one number more than the pool holds, its message on standard error where a death test
 /// looks.
-void Exhaust(long count) {
+void Exhaust() {
     dup2(STDERR_FILENO, STDOUT_FILENO);
-    CommandIDPool pool(1, count);
-    for (long taken = 0; taken <= count; ++taken)
+    CommandIDPool pool(1, 3);
+    for (int taken = 0; taken <= 3; ++taken)
         pool.GetNextID();
 }
 
 TEST(CommandIDPoolDeathTest, EndsTheProcessWhenItIsEmpty) {
-    EXPECT_DEATH(Exhaust(0), "CommandIDPool - cmd pool empty\n");
-    EXPECT_DEATH(Exhaust(3), "CommandIDPool - cmd pool empty\n");
+    EXPECT_DEATH(Exhaust(), "CommandIDPool - cmd pool empty\n");
 }
 
 } // namespace
