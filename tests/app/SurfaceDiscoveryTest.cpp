@@ -55,128 +55,78 @@ TEST_F(SurfaceDiscovery, TellsSurfacesByTheBeginningOfManufacturerAndModel) {
         SInt32 type; ///< 0: no surface
     };
     const Case cases[] = {
-        {"Mackie", "HUI", 16},
-        {"Mackie", "Mackie Control", 20},
-        {"Mackie", "Mackie Control Exp", 21},
         {"Mackie Designs", "HUI mkII", 16},
         {"Mackie", "Mackie Control Expander", 21},
         {"Mackie", "Mackie Control XT", 20},
-        {"Radikal Technologies", "SAC-2K", 32},
         {"Radikal Technologies GmbH", "SAC-2K 2", 32},
         {"By Mackie", "HUI", 0},
         {"mackie", "HUI", 0},
-        {"Mackie", "Hui", 0},
         {"Mackie", "A HUI", 0},
-        {"Mackie", "SAC-2K", 0},
-        {"Radikal", "SAC-2K", 0},
         {"Radikal Technologies", "Mackie Control", 0},
         {"LOUD Technologies, Inc.", "MCU Pro USB", 0},
         {"", "HUI", 0},
         {"Mackie", "", 0},
     };
-    for (const Case& test : cases) {
-        const MIDIDeviceRef device = fStudio.AddExternal("Surface", test.manufacturer, test.model);
+    for (const auto& [manufacturer, model, type] : cases) {
+        const MIDIDeviceRef device = fStudio.AddExternal("Surface", manufacturer, model);
         fStudio.Cable(fInterface, 1, device);
+        EXPECT_EQ(IsUniqueIDOurDevice(fStudio.ID(device)), type != 0);
         const std::vector<MidiDevice> found = Scan();
-        EXPECT_EQ(IsUniqueIDOurDevice(fStudio.ID(device)), test.type != 0);
-        ASSERT_EQ(found.size(), test.type != 0 ? 1u : 0u)
-            << test.manufacturer << ", " << test.model;
-        if (test.type != 0) {
-            EXPECT_EQ(found[0].surfaceType, test.type) << test.model;
-            EXPECT_EQ(found[0].uniqueID, fStudio.ID(device));
-            EXPECT_EQ(found[0].sourceEndpoint, fSource);
-            EXPECT_EQ(found[0].destinationEndpoint, fDestination);
-        }
+        ASSERT_EQ(found.size(), type != 0) << manufacturer << ", " << model;
+        EXPECT_TRUE(found.empty() || found[0].surfaceType == type) << model;
     }
 }
 
-TEST_F(SurfaceDiscovery, TakesTheFirstPortOfAUSBUnitForTheSurface) {
+TEST_F(SurfaceDiscovery, TakesTheFirstPortOfAUSBUnitForTheSurfaceAndFollowsTheOthers) {
     const MIDIDeviceRef unit =
-        fStudio.AddInterface("MCU Pro USB", 4, "LOUD Technologies, Inc.", "MCU Pro USB v3.1");
-    const std::vector<MidiDevice> found = Scan();
-    ASSERT_EQ(found.size(), 1u);
-    EXPECT_EQ(found[0].uniqueID, fStudio.ID(unit));
-    EXPECT_EQ(found[0].surfaceType, kSurfaceTypeMackieControl);
-    EXPECT_EQ(found[0].sourceEndpoint, fStudio.Source(unit, 1));
-    EXPECT_EQ(found[0].destinationEndpoint, fStudio.Destination(unit, 1));
-    EXPECT_EQ(IsEndpointAVirtualMIDIPort(fStudio.Source(unit, 1)),
-              fStudio.ID(fStudio.Source(unit, 1)));
+        fStudio.AddInterface("MCU Pro USB", 2, "LOUD Technologies, Inc.", "MCU Pro USB v3.1");
+    const MIDIDeviceRef external = AddMackieControl();
+    fStudio.Cable(unit, 2, external);
+    fStudio.AddInterface("MCU", 1, "LOUD Technologies", "MCU Pro USB");
+    fStudio.AddInterface("MCU", 1, "LOUD Technologies, Inc.", "MCU Pro");
+    ASSERT_THAT(FoundIDs(), ElementsAre(fStudio.ID(unit), fStudio.ID(external)));
+    const MidiDevice found = Scan()[0];
+    EXPECT_EQ(found.surfaceType, kSurfaceTypeMackieControl);
+    EXPECT_EQ(found.sourceEndpoint, fStudio.Source(unit, 1));
+    EXPECT_EQ(found.destinationEndpoint, fStudio.Destination(unit, 1));
+    EXPECT_EQ(NameOf(found), "MCU Pro USB Port 1");
     EXPECT_EQ(IsEndpointAVirtualMIDIPort(fStudio.Source(unit, 2)), 0);
-    EXPECT_EQ(IsEndpointAVirtualMIDIPort(0), 0);
     EXPECT_EQ(IsEndpointAVirtualMIDIPort(12345), 0) << "no such endpoint";
 }
 
-TEST_F(SurfaceDiscovery, FindsSurfacesCabledToTheOtherPortsOfAUSBUnit) {
-    const MIDIDeviceRef unit =
-        fStudio.AddInterface("MCU Pro USB", 2, "LOUD Technologies, Inc.", "MCU Pro USB");
-    const MIDIDeviceRef external = AddMackieControl();
-    fStudio.Cable(unit, 2, external);
-    EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(unit), fStudio.ID(external)));
-}
-
-TEST_F(SurfaceDiscovery, TakesNoOtherProductForAPortOfItsOwn) {
-    const MIDIDeviceRef alphaTrack =
-        fStudio.AddInterface("AlphaTrack", 1, "Frontier Design", "AlphaTrack");
-    fStudio.SetText(fStudio.Port(alphaTrack, 1), "name", "AlphaTrack");
-    fStudio.AddInterface("MCU", 1, "LOUD Technologies", "MCU Pro USB");
-    fStudio.AddInterface("MCU", 1, "LOUD Technologies, Inc.", "MCU Pro");
-    EXPECT_THAT(FoundIDs(), ElementsAre());
-}
-
-TEST_F(SurfaceDiscovery, DropsSurfacesThatAreSeenInOneDirectionOnly) {
-    const MIDIDeviceRef heard = AddMackieControl();
-    const MIDIDeviceRef spokenTo = AddMackieControl();
-    const MIDIDeviceRef both = AddMackieControl();
-    fStudio.SetNumber(fStudio.Source(fInterface, 1), "connUniqueID", fStudio.ID(heard));
-    fStudio.SetNumber(fStudio.Destination(fInterface, 2), "connUniqueID", fStudio.ID(spokenTo));
-    fStudio.Cable(fInterface, 3, both);
-    EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(both)));
-    EXPECT_EQ(fStudio.Number(heard, kGroupIDKey), std::nullopt) << "it was never completed";
-}
-
-TEST_F(SurfaceDiscovery, KeepsTheOrderInWhichTheSourcesAreMet) {
-    const MIDIDeviceRef one = AddMackieControl();
-    const MIDIDeviceRef two = AddMackieControl();
-    const MIDIDeviceRef three = AddMackieControl();
-    const auto connect = [&](int sourcePort, int destinationPort, MIDIDeviceRef device) {
-        fStudio.SetNumber(fStudio.Source(fInterface, sourcePort), "connUniqueID",
-                          fStudio.ID(device));
-        fStudio.SetNumber(fStudio.Destination(fInterface, destinationPort), "connUniqueID",
-                          fStudio.ID(device));
+TEST_F(SurfaceDiscovery, KeepsTheOrderOfTheSourcesAndDropsWhatIsSeenInOneDirectionOnly) {
+    const MIDIDeviceRef surfaces[] = {AddMackieControl(), AddMackieControl(), AddMackieControl(),
+                                      AddMackieControl()};
+    const auto connect = [&](MIDIEndpointRef endpoint, int surface) {
+        fStudio.SetNumber(endpoint, "connUniqueID", fStudio.ID(surfaces[surface]));
     };
-    connect(2, 1, one);
-    connect(3, 2, two);
-    connect(1, 4, three);
-    EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(three), fStudio.ID(one), fStudio.ID(two)));
+    connect(fStudio.Source(fInterface, 1), 0);
+    connect(fStudio.Source(fInterface, 2), 2);
+    connect(fStudio.Source(fInterface, 4), 1);
+    connect(fStudio.Destination(fInterface, 1), 1);
+    connect(fStudio.Destination(fInterface, 3), 2);
+    connect(fStudio.Destination(fInterface, 4), 3);
+    EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(surfaces[2]), fStudio.ID(surfaces[1])));
+    EXPECT_EQ(fStudio.Number(surfaces[0], kGroupIDKey), std::nullopt) << "it was never completed";
 }
 
-TEST_F(SurfaceDiscovery, TakesTheFirstSurfaceOfAConnectionList) {
+TEST_F(SurfaceDiscovery, TakesTheFirstSurfaceOfAConnectionListAndNoHalfAnID) {
     const MIDIUniqueID other = fStudio.ID(fStudio.AddExternal("Synth", "Velt", "Synth"));
     const MIDIUniqueID first = fStudio.ID(AddMackieControl());
     const MIDIUniqueID second = fStudio.ID(AddMackieControl());
     ConnectToList(fSource, {other, 0, -1, first, second});
     EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), first);
-    ConnectToList(fSource, {second, first});
-    EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), second);
     ConnectToList(fSource, {other, fStudio.ID(fSource)});
-    EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), 0);
-    fStudio.SetNumber(fSource, "connUniqueID", other);
     EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), 0);
     fStudio.SetText(fSource, "connUniqueID", "nonsense");
     EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), 0);
     EXPECT_EQ(IsDeviceAttachedToEndpoint(fDestination), 0) << "it is connected to nothing";
-    EXPECT_EQ(IsDeviceAttachedToEndpoint(0), 0);
-}
 
-TEST_F(SurfaceDiscovery, PassesOverTheRestOfAListThatHoldsNoWholeID) {
-    const MIDIUniqueID surface = fStudio.ID(AddMackieControl());
     char bytes[6] = {};
-    std::memcpy(bytes, &surface, sizeof surface);
+    std::memcpy(bytes, &first, sizeof first);
     fStudio.SetBytes(fSource, "connUniqueID", bytes, sizeof bytes);
-    EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), surface);
+    EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), first);
     fStudio.SetBytes(fSource, "connUniqueID", bytes, 3);
-    EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), 0);
-    fStudio.SetBytes(fSource, "connUniqueID", bytes, 0);
     EXPECT_EQ(IsDeviceAttachedToEndpoint(fSource), 0);
 }
 
@@ -186,14 +136,9 @@ TEST_F(SurfaceDiscovery, MeetsTheEndpointsOfAUnitUnderTheirDevice) {
     ConnectToList(fDestination, {7, fStudio.ID(fStudio.Destination(surface, 1))});
     EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(surface)));
 
-    // An entity is no endpoint: what leads to it stays under its own ID and settings.
-    const MIDIEntityRef port = fStudio.Port(surface, 1);
-    fStudio.Cable(fInterface, 1, port);
-    fStudio.SetNumber(surface, kGroupIDKey, 5);
-    const std::vector<MidiDevice> found = Scan();
-    ASSERT_EQ(found.size(), 1u);
-    EXPECT_EQ(found[0].uniqueID, fStudio.ID(port));
-    EXPECT_EQ(found[0].groupID, 5) << "inherited from the device";
+    // An entity is no endpoint: what leads to it stays under its own ID.
+    fStudio.Cable(fInterface, 1, fStudio.Port(surface, 1));
+    EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(fStudio.Port(surface, 1))));
 }
 
 TEST_F(SurfaceDiscovery, LeavesARecordIncompleteWhoseDeviceHasNoModel) {
@@ -210,12 +155,7 @@ TEST_F(SurfaceDiscovery, ReplacesOnlyTheEndpointOfACompleteRecord) {
     fStudio.Cable(fInterface, 3, surface);
     std::vector<MidiDevice> list;
     MaybeAddEndPointToDeviceList(list, fSource, true);
-    ASSERT_EQ(list.size(), 1u);
-    EXPECT_EQ(list[0].surfaceType, 0);
     MaybeAddEndPointToDeviceList(list, fDestination, false);
-    EXPECT_EQ(list[0].surfaceType, kSurfaceTypeMackieControl);
-    EXPECT_EQ(list[0].groupPosition, fStudio.ID(surface));
-
     fStudio.SetNumber(surface, kGroupIDKey, 9);
     MaybeAddEndPointToDeviceList(list, fStudio.Destination(fInterface, 3), false);
     MaybeAddEndPointToDeviceList(list, fStudio.Source(fInterface, 2), true);
@@ -225,29 +165,11 @@ TEST_F(SurfaceDiscovery, ReplacesOnlyTheEndpointOfACompleteRecord) {
     EXPECT_EQ(list[0].groupID, 0) << "the settings are not read again";
 }
 
-TEST_F(SurfaceDiscovery, StoresTheDefaultsOfNewSurfacesAndReadsThoseOfOthers) {
-    const MIDIDeviceRef fresh = AddMackieControl();
-    const MIDIDeviceRef known = AddMackieControl();
-    fStudio.Cable(fInterface, 1, fresh);
-    fStudio.Cable(fInterface, 2, known);
-    fStudio.SetNumber(known, kGroupIDKey, 2);
-    fStudio.SetNumber(known, kGroupPositionKey, -40);
-    const std::vector<MidiDevice> found = Scan();
-    ASSERT_EQ(found.size(), 2u);
-    EXPECT_EQ(fStudio.Number(fresh, kGroupPositionKey), fStudio.ID(fresh));
-    EXPECT_EQ(fStudio.Number(fresh, kGroupIDKey), 0);
-    EXPECT_EQ(found[1].groupID, 2);
-    EXPECT_EQ(found[1].groupPosition, -40);
-}
-
 TEST_F(SurfaceDiscovery, TakesNamesThatAreNoTextForMissing) {
     const MIDIDeviceRef surface = AddMackieControl();
     fStudio.Cable(fInterface, 1, surface);
     fStudio.SetBytes(surface, "name", "Desk", 4);
     EXPECT_EQ(NameOf(Scan().at(0)), "");
-    fStudio.SetNumber(surface, "model", 20);
-    EXPECT_THAT(FoundIDs(), ElementsAre());
-    fStudio.SetText(surface, "model", "HUI");
     fStudio.SetBytes(surface, "manufacturer", "Mackie", 6);
     EXPECT_THAT(FoundIDs(), ElementsAre());
 }
@@ -257,38 +179,28 @@ TEST_F(SurfaceDiscovery, EndsOnListsThatAreLongAndLeadNowhere) {
     constexpr std::size_t kIDsInAMebibyte = (std::size_t{1} << 20U) / sizeof(MIDIUniqueID);
     std::vector<MIDIUniqueID> ids(kIDsInAMebibyte, std::numeric_limits<MIDIUniqueID>::max());
     const MIDIDeviceRef box = fStudio.AddInterface("Big Box", 200);
-    ids.back() = fStudio.ID(box);
-    ConnectToList(box, ids);
-    EXPECT_THAT(FoundIDs(), ElementsAre());
-
-    const MIDIDeviceRef surface = AddMackieControl();
-    ids.back() = fStudio.ID(surface);
-    ConnectToList(box, ids);
-    EXPECT_THAT(FoundIDs(), ElementsAre(fStudio.ID(surface)));
+    for (const MIDIDeviceRef last : {box, AddMackieControl()}) {
+        ids.back() = fStudio.ID(last);
+        ConnectToList(box, ids);
+        EXPECT_EQ(FoundIDs().size(), last != box);
+    }
 }
 
-TEST_F(SurfaceDiscovery, NamesASurfaceByItsOwnPortOrByTheInterfaceBeforeIt) {
-    fStudio.AddInterface("MCU Pro USB", 2, "LOUD Technologies, Inc.", "MCU Pro USB");
-    fStudio.Cable(fInterface, 2, AddMackieControl("Größe"));
-    const std::vector<MidiDevice> found = Scan();
-    ASSERT_EQ(found.size(), 2u);
-    EXPECT_EQ(NameOf(found[0]), "Größe on Box output Port 2");
-    EXPECT_EQ(NameOf(found[1]), "MCU Pro USB Port 1");
-}
-
-TEST_F(SurfaceDiscovery, CutsLongNamesAtACharacter) {
+TEST_F(SurfaceDiscovery, NamesASurfaceByItsPortAndCutsLongNamesAtACharacter) {
     std::string umlauts;
     for (int i = 0; i < 200; ++i)
         umlauts += "ä";
-    const MIDIDeviceRef surface = AddMackieControl(umlauts);
+    const MIDIDeviceRef surface = AddMackieControl();
     fStudio.Cable(fInterface, 1, surface);
-    EXPECT_EQ(NameOf(Scan().at(0)), umlauts.substr(0, 254));
-
-    fStudio.SetText(surface, "name", "x" + umlauts);
-    EXPECT_EQ(NameOf(Scan().at(0)), "x" + umlauts.substr(0, 252) + " ");
-
-    fStudio.SetText(surface, "name", umlauts.substr(0, 240) + "x");
-    EXPECT_EQ(NameOf(Scan().at(0)), umlauts.substr(0, 240) + "x on Box outpu");
+    const std::pair<std::string, std::string> names[] = {
+        {"Größe", "Größe on Box output Port 1"},
+        {umlauts, umlauts.substr(0, 254)},
+        {"x" + umlauts, "x" + umlauts.substr(0, 252) + " "},
+        {umlauts.substr(0, 240) + "x", umlauts.substr(0, 240) + "x on Box outpu"}};
+    for (const auto& [name, shown] : names) {
+        fStudio.SetText(surface, "name", name);
+        EXPECT_EQ(NameOf(Scan().at(0)), shown);
+    }
 }
 
 TEST_F(SurfaceDiscovery, LeavesTheBufferAloneWhenANamePartIsMissing) {
@@ -296,11 +208,9 @@ TEST_F(SurfaceDiscovery, LeavesTheBufferAloneWhenANamePartIsMissing) {
     const MIDIDeviceRef nameless = fStudio.AddInterface("", 1);
     fStudio.Cable(nameless, 1, surface);
     const MidiDevice found = Scan().at(0);
-    MidiDevice noSurface = found;
-    noSurface.uniqueID = 1;
     MidiDevice noPort = found;
     noPort.destinationEndpoint = 0;
-    for (const MidiDevice& device : {found, noSurface, noPort}) {
+    for (const MidiDevice& device : {found, noPort, MidiDevice()}) {
         char name[kMidiEndpointNameSize] = "as it was";
         GetMidiEndpointName(device, name);
         EXPECT_STREQ(name, "as it was");

@@ -2,90 +2,59 @@
 
 #include "tests/support/TestStudio.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <limits>
+#include <numeric>
 #include <random>
+#include <set>
 
 namespace {
-
-using testing::ElementsAre;
 
 constexpr SInt32 kLeast = std::numeric_limits<SInt32>::min();
 constexpr SInt32 kMost = std::numeric_limits<SInt32>::max();
 
-MidiDevice Surface(SInt32 group, SInt32 position) {
-    MidiDevice device;
-    device.groupID = group;
-    device.groupPosition = position;
-    return device;
-}
+using Positions = std::vector<SInt32>;
 
-std::vector<MidiDevice> SurfacesAt(const std::vector<SInt32>& positions) {
-    std::vector<MidiDevice> devices;
-    for (const SInt32 position : positions)
-        devices.push_back(Surface(0, position));
+std::vector<MidiDevice> SurfacesAt(const Positions& positions) {
+    std::vector<MidiDevice> devices(positions.size());
+    for (std::size_t i = 0; i < devices.size(); ++i)
+        devices[i].groupPosition = positions[i];
     return devices;
 }
 
-std::vector<SInt32> PositionsOf(const std::vector<MidiDevice>& devices) {
-    std::vector<SInt32> positions;
+Positions Normalised(std::vector<MidiDevice> devices) {
+    NormaliseGroupPositions(devices);
+    Positions positions;
     for (const MidiDevice& device : devices)
         positions.push_back(device.groupPosition);
     return positions;
 }
 
-std::vector<SInt32> NormalisedPositions(const std::vector<SInt32>& positions) {
-    std::vector<MidiDevice> devices = SurfacesAt(positions);
-    NormaliseGroupPositions(devices);
-    return PositionsOf(devices);
-}
-
-bool IsTaken(const std::vector<MidiDevice>& devices, std::size_t index, std::int64_t candidate) {
-    for (std::size_t other = 0; other < devices.size(); ++other) {
-        if (other != index && devices[other].groupID == devices[index].groupID &&
-            devices[other].groupPosition == candidate)
-            return true;
-    }
-    return false;
-}
-
-/// The search as one would do it by hand: one more, and look at all records again.
+/// The search as one would do it by hand: one more until it is free.
 SInt32 FreePositionByHand(const std::vector<MidiDevice>& devices, std::size_t index) {
+    std::set<std::int64_t> taken;
+    for (std::size_t other = 0; other < devices.size(); ++other) {
+        if (other != index && devices[other].groupID == devices[index].groupID)
+            taken.insert(devices[other].groupPosition);
+    }
     std::int64_t candidate = devices[index].groupPosition;
-    while (IsTaken(devices, index, candidate))
+    while (taken.contains(candidate))
         ++candidate;
     return candidate < 0 || candidate > 127 ? 127 : static_cast<SInt32>(candidate);
 }
 
-TEST(FreeGroupPosition, PassesOverWhatTheGroupHasTaken) {
-    std::vector<MidiDevice> devices = SurfacesAt({3, 3, 4, 6});
-    devices.push_back(Surface(1, 5));
+TEST(FreeGroupPosition, PassesOverWhatTheGroupHasTakenUpToTheLastPosition) {
+    std::vector<MidiDevice> devices = SurfacesAt({3, 3, 4, 6, 5});
+    devices.back().groupID = 1;
     EXPECT_EQ(FreeGroupPosition(devices, 0), 5) << "later records count, those of other groups not";
-    EXPECT_EQ(FreeGroupPosition(devices, 1), 5);
-    EXPECT_EQ(FreeGroupPosition(devices, 2), 4);
-    EXPECT_EQ(FreeGroupPosition(devices, 4), 5);
-}
-
-TEST(FreeGroupPosition, EndsAtTheLastPositionTakenOrNot) {
-    EXPECT_EQ(FreeGroupPosition(SurfacesAt({200}), 0), 127);
-    EXPECT_EQ(FreeGroupPosition(SurfacesAt({126, 126, 127}), 0), 127);
-    EXPECT_EQ(FreeGroupPosition(SurfacesAt({kMost, kMost}), 0), 127);
-    EXPECT_EQ(FreeGroupPosition(SurfacesAt({-1}), 0), 127);
-    EXPECT_EQ(FreeGroupPosition(SurfacesAt({kLeast, kLeast}), 0), 127);
-    EXPECT_EQ(FreeGroupPosition(SurfacesAt({-2, -1, -2, 0}), 0), 1)
-        << "counting up from below zero may reach a position that is free";
-}
-
-TEST(NormaliseGroupPositions, GivesEachRecordAPlaceInTurn) {
-    EXPECT_THAT(NormalisedPositions({3, 3}), ElementsAre(4, 3));
-    EXPECT_THAT(NormalisedPositions({3, 3, 3}), ElementsAre(4, 5, 3));
-    EXPECT_THAT(NormalisedPositions({200, 200}), ElementsAre(127, 127));
-    EXPECT_THAT(NormalisedPositions({-1, -2, -2}), ElementsAre(127, 127, 127))
-        << "the first frees -1, where the search of the second ends";
-    EXPECT_THAT(NormalisedPositions({}), ElementsAre());
+    const std::pair<Positions, SInt32> cases[] = {{{200}, 127},          {{126, 126, 127}, 127},
+                                                  {{kMost, kMost}, 127}, {{kLeast, kLeast}, 127},
+                                                  {{-1}, 127},           {{-2, -1, -2, 0}, 1}};
+    for (const auto& [positions, free] : cases)
+        EXPECT_EQ(FreeGroupPosition(SurfacesAt(positions), 0), free)
+            << testing::PrintToString(positions);
 }
 
 TEST(NormaliseGroupPositions, EqualsTheSearchByHandOnRandomLists) {
@@ -96,38 +65,27 @@ TEST(NormaliseGroupPositions, EqualsTheSearchByHandOnRandomLists) {
         const auto [first, last] = ranges[random() % ranges.size()];
         std::uniform_int_distribution<SInt32> position(first, last);
         std::vector<MidiDevice> devices(random() % 40);
-        for (MidiDevice& device : devices)
-            device = Surface(static_cast<SInt32>(random() % 3) - 1, position(random));
-
-        std::vector<MidiDevice> byHand = devices;
-        for (std::size_t i = 0; i < byHand.size(); ++i) {
-            ASSERT_EQ(FreeGroupPosition(byHand, i), FreePositionByHand(byHand, i));
-            byHand[i].groupPosition = FreePositionByHand(byHand, i);
+        for (MidiDevice& device : devices) {
+            device.groupID = static_cast<SInt32>(random() % 3);
+            device.groupPosition = position(random);
         }
-        const std::vector<SInt32> before = PositionsOf(devices);
-        NormaliseGroupPositions(devices);
-        ASSERT_EQ(PositionsOf(devices), PositionsOf(byHand)) << testing::PrintToString(before);
+        Positions byHand;
+        std::vector<MidiDevice> steps = devices;
+        for (std::size_t i = 0; i < steps.size(); ++i) {
+            ASSERT_EQ(FreeGroupPosition(steps, i), FreePositionByHand(steps, i));
+            byHand.push_back(steps[i].groupPosition = FreePositionByHand(steps, i));
+        }
+        ASSERT_EQ(Normalised(devices), byHand) << "round " << round;
     }
 }
 
 TEST(NormaliseGroupPositions, TakesTenThousandOfOneGroupAtOnce) {
     const auto start = std::chrono::steady_clock::now();
-    std::vector<SInt32> positions(10000, -20000);
-    for (SInt32 i = 5000; i < 10000; ++i)
-        positions[static_cast<std::size_t>(i)] = -20000 + i;
-    NormalisedPositions(positions);
-    NormalisedPositions(std::vector<SInt32>(10000, 0));
+    Positions positions(10000, -20000);
+    std::iota(positions.begin() + 5000, positions.end(), -15000);
+    Normalised(SurfacesAt(positions));
+    Normalised(SurfacesAt(Positions(10000, 0)));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
-}
-
-TEST(EnteredSettings, AreKeptCrosswiseOnASwitchAndStraightOnConfirming) {
-    MidiDevice device;
-    KeepSettingsOnSwitch(device, 2, 5);
-    EXPECT_EQ(device.groupID, 5);
-    EXPECT_EQ(device.groupPosition, 2);
-    KeepSettingsOnConfirm(device, 2, 5);
-    EXPECT_EQ(device.groupID, 2);
-    EXPECT_EQ(device.groupPosition, 5);
 }
 
 class StoredGroupSettings : public testing::Test {
@@ -143,15 +101,7 @@ protected:
     MIDIDeviceRef fSurface = fStudio.AddExternal("Surface", "Mackie", "HUI");
 };
 
-TEST_F(StoredGroupSettings, GetTheirDefaultsWhenTheyAreFirstRead) {
-    const MidiDevice record = RecordOf(fSurface);
-    EXPECT_EQ(record.groupPosition, record.uniqueID);
-    EXPECT_EQ(record.groupID, 0);
-    EXPECT_EQ(fStudio.Number(fSurface, kGroupPositionKey), record.uniqueID);
-    EXPECT_EQ(fStudio.Number(fSurface, kGroupIDKey), 0);
-}
-
-TEST_F(StoredGroupSettings, AreReadEachForItselfAndReplacedWhenTheyAreNoNumber) {
+TEST_F(StoredGroupSettings, AreReadEachForItselfAndGetDefaultsWhenTheyAreNoNumber) {
     fStudio.SetNumber(fSurface, kGroupIDKey, 7);
     fStudio.SetText(fSurface, kGroupPositionKey, "4");
     const MidiDevice record = RecordOf(fSurface);
