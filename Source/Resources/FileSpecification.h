@@ -21,7 +21,7 @@ public:
     explicit FileSpecification(const FSRef& ref);
 
     /// The item of that name in a folder, which need not exist. An empty name means the folder
-    /// itself; one of more than 255 units makes the specification not valid.
+    /// itself; one of more than 255 units makes this one not valid.
     FileSpecification(const FSRef& folder, const UString& name);
 
     bool Exists() const;
