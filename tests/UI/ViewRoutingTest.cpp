@@ -6,9 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
 // Events as the native view hands them over, without a window system in between.
 
 namespace {
@@ -17,18 +14,6 @@ using Kestrin::NativeKeyEvent;
 using Kestrin::NativeMouseEvent;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// How often the program asked for memory.
-std::size_t sAllocations = 0;
-
-/// Counts the moves over it.
-class MovedView : public View {
-public:
-    int moves = 0;
-
-    bool SupportsFeature(Kestrin::ViewFeature) override { return true; }
-    void DoMousePosition(Kestrin::MousePosInfo, const Point&, unsigned int) override { ++moves; }
-};
 
 NativeMouseEvent At(double x, double y) {
     NativeMouseEvent event;
@@ -239,23 +224,6 @@ TEST_P(RoutingHarm, AViewMayGoInAnyOfItsHooks) {
 
 INSTANTIATE_TEST_SUITE_P(DestroyedRemovedHidden, RoutingHarm, testing::Values(0, 1, 2));
 
-TEST_F(Routing, AMoveThroughManyNestedViewsAsksForNoMemory) {
-    std::vector<std::unique_ptr<MovedView>> nest;
-    for (int i = 0; i < 200; ++i) {
-        nest.push_back(std::make_unique<MovedView>());
-        nest.back()->SetRect({0, 0, 100, 100});
-        if (i > 0)
-            nest.back()->PlaceInView(nest[i - 1].get(), 0, 0);
-    }
-    const std::size_t before = sAllocations;
-    Bridge(*nest.front()).HandleMouseMoved(At(1, 1));
-    EXPECT_EQ(sAllocations, before);
-    for (const auto& view : nest)
-        EXPECT_EQ(view->moves, 1);
-    while (!nest.empty())
-        nest.pop_back();
-}
-
 TEST(RoutingLifetime, AParentMayGoBeforeItsChildren) {
     std::vector<std::string> notes;
     NotingView child("child", notes);
@@ -271,18 +239,3 @@ TEST(RoutingLifetime, AParentMayGoBeforeItsChildren) {
 }
 
 } // namespace
-
-void* operator new(std::size_t size) {
-    ++sAllocations;
-    if (void* memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
