@@ -2,7 +2,12 @@
 
 #include "XML/XMLSerializable.h"
 
+#include "tests/support/CapturedOutput.h"
+
+#include <gtest/gtest.h>
+
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <functional>
 #include <sstream>
 #include <string>
 
@@ -43,10 +48,14 @@ inline std::string TextOf(const Kestrin::ContainerItem& container, const std::st
     return item ? item->GetValue().utf8_str() : "(none)";
 }
 
-inline boost::shared_ptr<Kestrin::RawDataBuffer> RawData(const std::string& bytes) {
-    boost::shared_ptr<Kestrin::RawDataBuffer> buffer(new Kestrin::RawDataBuffer);
-    buffer->size = static_cast<std::uint32_t>(bytes.size());
-    buffer->data = std::make_unique<unsigned char[]>(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), buffer->data.get());
-    return buffer;
+/// What an operation prints when it throws -50; "(done)" when it does not.
+inline std::string FailureOf(const std::function<void()>& operation) {
+    CapturedOutput output;
+    try {
+        operation();
+    } catch (int fault) {
+        EXPECT_EQ(fault, -50);
+        return output.Text();
+    }
+    return "(done)";
 }
