@@ -53,9 +53,8 @@ std::string TextOf(const QWidget& window, const char* labelName) {
 
 QList<QPushButton*> ButtonsFromLeft(const QMessageBox& box) {
     QList<QPushButton*> buttons = box.findChildren<QPushButton*>();
-    std::sort(buttons.begin(), buttons.end(), [](const QPushButton* a, const QPushButton* b) {
-        return a->mapToGlobal(QPoint()).x() < b->mapToGlobal(QPoint()).x();
-    });
+    std::sort(buttons.begin(), buttons.end(),
+              [](const QWidget* a, const QWidget* b) { return a->x() < b->x(); });
     return buttons;
 }
 
@@ -81,7 +80,6 @@ std::optional<Alert> OpenAlert() {
     if (!IsOnScreen(box) || !box->isActiveWindow())
         return std::nullopt;
     Alert alert;
-    alert.windowTitle = ToUtf8(box->windowTitle());
     alert.headline = TextOf(*box, "qt_msgbox_label");
     alert.text = TextOf(*box, "qt_msgbox_informativelabel");
     alert.isCritical = box->icon() == QMessageBox::Critical;
@@ -89,10 +87,8 @@ std::optional<Alert> OpenAlert() {
     for (const QPushButton* button : ButtonsFromLeft(*box)) {
         alert.buttons.push_back(Shown(button->text()));
         alert.buttonPlaces.push_back(From({button->mapToGlobal(QPoint()), button->size()}));
-        if (button->hasFocus())
+        if (button->hasFocus() && button->isDefault())
             alert.focused = alert.buttons.back();
-        if (button->isDefault())
-            alert.defaultButton = alert.buttons.back();
     }
     return alert;
 }
@@ -110,17 +106,9 @@ void Type(const std::string& keys) {
     Input("key " + keys);
 }
 
-void MoveTo(int x, int y) {
-    Input("mousemove " + std::to_string(x) + " " + std::to_string(y));
-}
-
-void CloseActiveWindow() {
-    Type("alt+F4");
-}
-
-void Picture(const std::string& name) {
-    if (const char* folder = std::getenv("KESTRIN_PICTURES"))
-        std::system(("import -window root '" + std::string(folder) + "/" + name + ".png'").c_str());
+void PointAt(const Rectangle& place) {
+    Input("mousemove " + std::to_string(place.x + place.width / 2) + " " +
+          std::to_string(place.y + place.height / 2));
 }
 
 struct Script::Data {
@@ -128,6 +116,8 @@ struct Script::Data {
         std::function<bool()> condition;
         std::function<void()> action;
     };
+
+    bool IsDone() const { return steps.empty() && !isActing; }
 
     void Poll() {
         if (steps.empty() || isActing)
@@ -146,7 +136,6 @@ struct Script::Data {
         if (!sinceStep.hasExpired(kStepLimit))
             return;
         ADD_FAILURE() << "A step of the script waits in vain; " << steps.size() << " are left.";
-        Picture("in-vain");
         steps.clear();
         QCoreApplication::exit();
     }
@@ -157,43 +146,36 @@ struct Script::Data {
     QTimer timer;
 };
 
-Script::Script()
-    : fData(new Data) {
+Script::Script() {
     Kestrin::NativeApplication::Shared();
+    fData = std::make_unique<Data>();
     fData->sinceStep.start();
     QObject::connect(&fData->timer, &QTimer::timeout, [this] { fData->Poll(); });
     fData->timer.start(kPollInterval);
 }
 
 Script::~Script() {
-    EXPECT_TRUE(IsDone()) << fData->steps.size() << " steps of the script were not taken.";
-    delete fData;
+    EXPECT_TRUE(fData->IsDone()) << fData->steps.size() << " steps of the script were not taken.";
 }
 
-Script& Script::When(std::function<bool()> condition, std::function<void()> action) {
+void Script::When(std::function<bool()> condition, std::function<void()> action) {
     fData->steps.push_back({std::move(condition), std::move(action)});
-    return *this;
 }
 
-Script& Script::WhenMenuIsOpen(std::function<void(const Menu&)> action) {
-    return When([] { return OpenMenu().has_value(); }, [action] { action(*OpenMenu()); });
+void Script::WhenMenuIsOpen(std::function<void(const Menu&)> action) {
+    When([] { return OpenMenu().has_value(); }, [action] { action(*OpenMenu()); });
 }
 
-Script& Script::WhenHighlighted(int item, std::function<void()> action) {
-    return When([item] { return OpenMenu() && OpenMenu()->highlighted == item; },
-                std::move(action));
+void Script::WhenHighlighted(int item, std::function<void()> action) {
+    When([item] { return OpenMenu() && OpenMenu()->highlighted == item; }, std::move(action));
 }
 
-Script& Script::WhenAlertIsOpen(std::function<void(const Alert&)> action) {
-    return When([] { return OpenAlert().has_value(); }, [action] { action(*OpenAlert()); });
-}
-
-bool Script::IsDone() const {
-    return fData->steps.empty() && !fData->isActing;
+void Script::WhenAlertIsOpen(std::function<void(const Alert&)> action) {
+    When([] { return OpenAlert().has_value(); }, [action] { action(*OpenAlert()); });
 }
 
 void Script::Play() {
-    while (!IsDone())
+    while (!fData->IsDone())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 

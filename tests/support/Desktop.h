@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,13 +30,11 @@ std::optional<Menu> OpenMenu();
 
 /// The alert that is open.
 struct Alert {
-    std::string windowTitle;
     std::string headline;
     std::string text;
     std::vector<std::string> buttons; ///< from left to right
     std::vector<Rectangle> buttonPlaces;
-    std::string focused; ///< the button that has the keyboard focus
-    std::string defaultButton;
+    std::string focused; ///< the button that has the keyboard focus and takes Return
     bool isCritical = false;
     Rectangle place;
 };
@@ -48,13 +47,8 @@ void Input(const std::string& arguments);
 
 /// Hands the keys (names as xdotool knows them) to whatever has the focus, one after the other.
 void Type(const std::string& keys);
-void MoveTo(int x, int y);
-/// As by the button in its title bar.
-void CloseActiveWindow();
-
-/// Saves a picture of the screen for a person to look at, where the variable KESTRIN_PICTURES names
-/// a folder; else does nothing.
-void Picture(const std::string& name);
+/// Moves the pointer to the middle.
+void PointAt(const Rectangle& place);
 
 /// Steps that are taken while the code under test waits in an event loop of its own. Each step
 /// waits until its condition holds and then acts; when one waits for too long the test fails and
@@ -66,20 +60,17 @@ public:
     Script(const Script&) = delete;
     Script& operator=(const Script&) = delete;
 
-    Script& When(std::function<bool()> condition, std::function<void()> action);
-    Script& WhenMenuIsOpen(std::function<void(const Menu&)> action);
-    Script& WhenHighlighted(int item, std::function<void()> action);
-    Script& WhenAlertIsOpen(std::function<void(const Alert&)> action);
-
-    /// Whether all steps were taken.
-    bool IsDone() const;
+    void When(std::function<bool()> condition, std::function<void()> action);
+    void WhenMenuIsOpen(std::function<void(const Menu&)> action);
+    void WhenHighlighted(int item, std::function<void()> action);
+    void WhenAlertIsOpen(std::function<void(const Alert&)> action);
 
     /// Handles events until all steps were taken.
     void Play();
 
 private:
     struct Data;
-    Data* fData;
+    std::unique_ptr<Data> fData;
 };
 
 } // namespace Desktop

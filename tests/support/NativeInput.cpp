@@ -18,6 +18,7 @@
 #include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
+#include <map>
 
 namespace NativeInput {
 
@@ -43,56 +44,24 @@ Qt::KeyboardModifiers ModifiersOf(unsigned flags) {
     Qt::KeyboardModifiers modifiers;
     modifiers.setFlag(Qt::ShiftModifier, flags & Kestrin::kNativeShift);
     modifiers.setFlag(Qt::ControlModifier, flags & Kestrin::kNativeControl);
-    modifiers.setFlag(Qt::AltModifier, flags & Kestrin::kNativeOption);
-    modifiers.setFlag(Qt::MetaModifier, flags & Kestrin::kNativeCommand);
     return modifiers;
 }
 
-Qt::Key FunctionKeyOf(char16_t key) {
-    switch (key) {
-    case Kestrin::kNativeUpArrow:
-        return Qt::Key_Up;
-    case Kestrin::kNativeDownArrow:
-        return Qt::Key_Down;
-    case Kestrin::kNativeForwardDelete:
-        return Qt::Key_Delete;
-    case Kestrin::kNativeHome:
-        return Qt::Key_Home;
-    case Kestrin::kNativeEnter:
-        return Qt::Key_Enter;
-    case Kestrin::kNativeReturn:
-        return Qt::Key_Return;
-    case Kestrin::kNativeEscape:
-        return Qt::Key_Escape;
-    case Kestrin::kNativeBackspace:
-        return Qt::Key_Backspace;
-    case Kestrin::kNativeTab:
-        return Qt::Key_Tab;
-    case Kestrin::kNativeBackTab:
-        return Qt::Key_Backtab;
-    default:
-        return Qt::Key_unknown;
-    }
-}
+const std::map<char16_t, Qt::Key> kFunctionKeys = {
+    {Kestrin::kNativeUpArrow, Qt::Key_Up},          {Kestrin::kNativeEnter, Qt::Key_Enter},
+    {Kestrin::kNativeReturn, Qt::Key_Return},       {Kestrin::kNativeEscape, Qt::Key_Escape},
+    {Kestrin::kNativeBackspace, Qt::Key_Backspace}, {Kestrin::kNativeTab, Qt::Key_Tab},
+    {Kestrin::kNativeBackTab, Qt::Key_Backtab},
+};
 
-std::string RoleName(QAccessible::Role role) {
-    switch (role) {
-    case QAccessible::PushButton:
-        return "button";
-    case QAccessible::ButtonMenu:
-        return "menu button";
-    case QAccessible::StaticText:
-        return "text";
-    case QAccessible::EditableText:
-        return "text field";
-    default:
-        return "filler";
-    }
-}
+const std::map<QAccessible::Role, std::string> kRoleNames = {
+    {QAccessible::ButtonMenu, "menu button"},
+    {QAccessible::EditableText, "text field"},
+};
 
 Spoken SpokenOfWidget(QWidget& widget) {
     QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&widget);
-    return {RoleName(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
+    return {kRoleNames.at(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
             Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
 }
 
@@ -109,13 +78,13 @@ bool WaitUntil(const std::function<bool()>& condition) {
     return held;
 }
 
-void Press(const View& view, const Point& where, unsigned flags) {
-    QTest::mousePress(WindowOf(view), Qt::LeftButton, ModifiersOf(flags), InWindow(view, where));
+void Press(const View& view, const Point& where) {
+    QTest::mousePress(WindowOf(view), Qt::LeftButton, {}, InWindow(view, where));
     Settle();
 }
 
-void Release(const View& view, const Point& where, unsigned flags) {
-    QTest::mouseRelease(WindowOf(view), Qt::LeftButton, ModifiersOf(flags), InWindow(view, where));
+void Release(const View& view, const Point& where) {
+    QTest::mouseRelease(WindowOf(view), Qt::LeftButton, {}, InWindow(view, where));
     Settle();
 }
 
@@ -124,7 +93,7 @@ void DoubleClick(const View& view, const Point& where) {
     Settle();
 }
 
-void Move(const View& view, const Point& where, unsigned) {
+void Move(const View& view, const Point& where) {
     QTest::mouseMove(WindowOf(view), InWindow(view, where));
     Settle();
 }
@@ -144,11 +113,11 @@ void Wheel(const View& view, const Point& where, double deltaX, double deltaY) {
 }
 
 void Key(const View& anyView, char16_t key, unsigned flags) {
-    const Qt::Key named = FunctionKeyOf(key);
-    if (named == Qt::Key_unknown)
+    const auto named = kFunctionKeys.find(key);
+    if (named == kFunctionKeys.end())
         QTest::keyClick(WindowOf(anyView), static_cast<char>(key), ModifiersOf(flags));
     else
-        QTest::keyClick(WindowOf(anyView), named, ModifiersOf(flags));
+        QTest::keyClick(WindowOf(anyView), named->second, ModifiersOf(flags));
     Settle();
 }
 

@@ -24,20 +24,21 @@ void Settle();
 /// Handles events until `condition` holds; false when it does not within 10 seconds.
 bool WaitUntil(const std::function<bool()>& condition);
 
-// The mouse, at points of a view that stands in a shown window. `flags` are NativeModifier bits.
+// The mouse, at points of a view that stands in a shown window.
 
-void Press(const Kestrin::View& view, const Kestrin::Point& where, unsigned flags = 0);
-void Release(const Kestrin::View& view, const Kestrin::Point& where, unsigned flags = 0);
+void Press(const Kestrin::View& view, const Kestrin::Point& where);
+void Release(const Kestrin::View& view, const Kestrin::Point& where);
 void DoubleClick(const Kestrin::View& view, const Kestrin::Point& where);
 /// With the button down this is a drag.
-void Move(const Kestrin::View& view, const Kestrin::Point& where, unsigned flags = 0);
+void Move(const Kestrin::View& view, const Kestrin::Point& where);
 void Click(const Kestrin::View& view, const Kestrin::Point& where);
 /// Deltas in notches.
 void Wheel(const Kestrin::View& view, const Kestrin::Point& where, double deltaX, double deltaY);
 
 // The keyboard, to whatever has the focus of the window that a view stands in.
 
-/// `key` is a NativeFunctionKey or the character that the key types without modifiers.
+/// `key` is a NativeFunctionKey or the character that the key types without modifiers, `flags` are
+/// kNativeShift and kNativeControl.
 void Key(const Kestrin::View& anyView, char16_t key, unsigned flags = 0);
 /// A character key that is held down.
 void RepeatKey(const Kestrin::View& anyView, char16_t key);
@@ -61,7 +62,7 @@ bool PressByScreenReader(const Kestrin::View& view);
 
 /// What a screen reader reads of a view.
 struct Spoken {
-    std::string role; ///< "button", "menu button", "text", "text field", "filler", …
+    std::string role; ///< "menu button" or "text field"
     std::string name;
     std::string value;
     bool focused = false;
