@@ -1,6 +1,8 @@
-// until-painted RRGGBB COMMAND...: starts the command on this X display and prints how many
-// milliseconds pass until something of that colour is seen on the screen; then ends the command.
+// until-painted RRGGBB PIXELS COMMAND...: starts the command on this X display and prints how many
+// milliseconds pass until so many pixels of that colour are seen on the screen, and the command's
+// peak memory in KiB up to a moment later; then ends the command.
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
@@ -19,7 +21,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto kPollInterval = std::chrono::milliseconds(1);
 constexpr auto kLimit = std::chrono::seconds(30);
-constexpr std::size_t kEnoughPixels = 5;
+// What the window loads on being shown and activated belongs to its peak.
+constexpr auto kMomentLater = std::chrono::milliseconds(250);
 
 class Screen {
 public:
@@ -30,7 +33,7 @@ public:
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
-    bool Shows(std::uint32_t color) const {
+    bool Shows(std::uint32_t color, std::size_t enough) const {
         const auto request =
             xcb_get_image(fConnection, XCB_IMAGE_FORMAT_Z_PIXMAP, fScreen->root, 0, 0,
                           fScreen->width_in_pixels, fScreen->height_in_pixels, ~0u);
@@ -42,9 +45,9 @@ public:
             reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
         const auto count = static_cast<std::size_t>(xcb_get_image_data_length(image.get())) / 4;
         std::size_t found = 0;
-        for (std::size_t i = 0; i < count && found < kEnoughPixels; ++i)
+        for (std::size_t i = 0; i < count && found < enough; ++i)
             found += (pixels[i] & 0xFFFFFF) == color;
-        return found == kEnoughPixels;
+        return found == enough;
     }
 
 private:
@@ -52,34 +55,48 @@ private:
     xcb_screen_t* fScreen;
 };
 
+pid_t Start(char** command) {
+    const pid_t child = fork();
+    if (child == 0) {
+        execvp(command[0], command);
+        _exit(127);
+    }
+    return child;
+}
+
+/// Ends the command and answers its peak memory in KiB.
+long End(pid_t child) {
+    rusage used{};
+    kill(child, SIGKILL);
+    wait4(child, nullptr, 0, &used);
+    return used.ru_maxrss;
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
-    if (count < 3)
+    if (count < 4)
         return 2;
     const auto color = static_cast<std::uint32_t>(std::strtoul(arguments[1], nullptr, 16));
+    const std::size_t pixels = std::strtoul(arguments[2], nullptr, 10);
     const Screen screen;
-    if (screen.Shows(color)) {
+    if (screen.Shows(color, pixels)) {
         std::fputs("until-painted: the colour is on the screen already\n", stderr);
         return 1;
     }
     const auto start = Clock::now();
-    const pid_t child = fork();
-    if (child == 0) {
-        execvp(arguments[2], arguments + 2);
-        _exit(127);
-    }
+    const pid_t child = Start(arguments + 3);
     bool painted = false;
     while (!painted && Clock::now() - start < kLimit && waitpid(child, nullptr, WNOHANG) == 0) {
         std::this_thread::sleep_for(kPollInterval);
-        painted = screen.Shows(color);
+        painted = screen.Shows(color, pixels);
     }
     const std::chrono::duration<double, std::milli> time = Clock::now() - start;
-    kill(child, SIGKILL);
-    waitpid(child, nullptr, 0);
+    std::this_thread::sleep_for(kMomentLater);
+    const long peak = End(child);
     if (!painted)
         return 1;
-    while (screen.Shows(color))
+    while (screen.Shows(color, 1))
         std::this_thread::sleep_for(kPollInterval);
-    std::printf("%.2f\n", time.count());
+    std::printf("%.2f %ld\n", time.count(), peak);
 }
