@@ -18,17 +18,14 @@ TEST(CommandIDPool, TakesBackItsRangeAndTheNumberBehindItAndReusesTheLast) {
         EXPECT_EQ(pool.GetNextID(), id);
 }
 
-/// Takes one number more than the pool holds, its message on standard error where a death test
-/// looks.
-void Exhaust() {
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-    CommandIDPool pool(1, 3);
-    for (int taken = 0; taken <= 3; ++taken)
-        pool.GetNextID();
-}
-
 TEST(CommandIDPoolDeathTest, EndsTheProcessWhenItIsEmpty) {
-    EXPECT_DEATH(Exhaust(), "CommandIDPool - cmd pool empty\n");
+    CommandIDPool pool(1, 1);
+    pool.GetNextID();
+    const auto takeOneMore = [&pool] {
+        dup2(STDERR_FILENO, STDOUT_FILENO); // a death test looks at standard error
+        pool.GetNextID();
+    };
+    EXPECT_DEATH(takeOneMore(), "CommandIDPool - cmd pool empty\n");
 }
 
 } // namespace

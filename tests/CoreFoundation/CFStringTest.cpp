@@ -40,40 +40,32 @@ TEST(CFString, WritesBytesThatFitAtACharactersBoundary) {
     EXPECT_FALSE(CFStringGetCString(torn.Get(), text, 16, kCFStringEncodingUTF8));
 
     CFIndex used = 0;
-    const auto convert = [&](CFRange range, UInt8 loss, CFIndex capacity) {
-        return CFStringGetBytes(string.Get(), range,
-                                loss ? kCFStringEncodingASCII : kCFStringEncodingUTF8, loss, false,
+    const auto convert = [&](CFStringEncoding encoding, CFIndex capacity) {
+        return CFStringGetBytes(string.Get(), {0, 4}, encoding, '?', false,
                                 reinterpret_cast<UInt8*>(text), capacity, &used);
     };
-    EXPECT_EQ(convert({0, 4}, 0, 7), 2);
+    EXPECT_EQ(convert(kCFStringEncodingUTF8, 7), 2);
     EXPECT_EQ(used, 4);
-    EXPECT_EQ(convert({0, 4}, '?', 16), 4);
+    EXPECT_EQ(convert(kCFStringEncodingASCII, 16), 4);
     EXPECT_EQ(std::string(text, static_cast<std::size_t>(used)), "a??");
 }
 
 TEST(CFString, FindsAnchoredAndFreeRuns) {
-    const struct {
-        const char* wanted;
-        CFRange range;
-        CFStringCompareFlags options;
-        CFIndex location;
-    } cases[] = {
-        {"urface", {0, 15}, kCFCompareAnchored, -1},
-        {"urface", {1, 14}, kCFCompareAnchored, 1},
-        {"surface", {0, 15}, 0, -1},
-        {"Surface", {1, 14}, 0, 8},
-        {"Surface", {0, 15}, kCFCompareBackwards, 8},
-        {"Surface", {0, 14}, kCFCompareBackwards | kCFCompareAnchored, -1},
-        {"Surface Surface longer", {0, 15}, kCFCompareAnchored, -1},
-        {"", {0, 15}, kCFCompareAnchored, -1},
-    };
-    for (const auto& [wanted, range, options, location] : cases) {
+    const auto find = [](const char* wanted, CFRange range, CFStringCompareFlags options) {
         CFRange found = {-1, -1};
         const Boolean answer = CFStringFindWithOptions(
             CFSTR("Surface Surface"), FromUTF8(wanted).Get(), range, options, &found);
-        EXPECT_EQ(found.location, location) << wanted;
-        EXPECT_EQ(answer, location >= 0) << wanted;
-    }
+        EXPECT_EQ(answer, found.location >= 0) << wanted;
+        return found.location;
+    };
+    EXPECT_EQ(find("urface", {0, 15}, kCFCompareAnchored), -1);
+    EXPECT_EQ(find("urface", {1, 14}, kCFCompareAnchored), 1);
+    EXPECT_EQ(find("surface", {0, 15}, 0), -1);
+    EXPECT_EQ(find("Surface", {1, 14}, 0), 8);
+    EXPECT_EQ(find("Surface", {0, 15}, kCFCompareBackwards), 8);
+    EXPECT_EQ(find("Surface", {0, 14}, kCFCompareBackwards | kCFCompareAnchored), -1);
+    EXPECT_EQ(find("Surface Surface longer", {0, 15}, kCFCompareAnchored), -1);
+    EXPECT_EQ(find("", {0, 15}, kCFCompareAnchored), -1);
 }
 
 TEST(CFHolder, GivesBackWhatItOwnsOnce) {

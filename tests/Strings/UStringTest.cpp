@@ -1,4 +1,4 @@
-#include "Strings/UString.h"
+#include "Strings/PlatformStrings.h"
 
 #include "tests/Strings/Text.h"
 
@@ -57,6 +57,13 @@ TEST(UString, SortsByUnsignedUnits) {
         for (const UString& second : sorted)
             EXPECT_EQ(first < second, &first < &second);
     }
+}
+
+TEST(UString, CarriesItsUnitsThroughPlatformStrings) {
+    const UString text = Units({'a', 0, 0xDB00, 0xDC00, 0xFFFF});
+    EXPECT_EQ(CFToUString(UStringToCF(text).Get()), text);
+    EXPECT_EQ(CFToUString(nullptr), UString());
+    EXPECT_EQ(CFToUString(HFSToCFString({2, {'h', 'i', 'x'}}).Get()), "hi"_u);
 }
 
 TEST(FormattedStreamProxy, AppendsWhatWasWrittenWhenItsLifeEnds) {
