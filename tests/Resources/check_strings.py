@@ -4,88 +4,47 @@
     check_strings.py ROOT
 
 Fails when a key that the code under ROOT asks for is missing from a table, and when a table holds a
-key that nothing asks for. A LookupString whose argument is no literal names its keys
-in a comment on the same line or the one above (`// Keys: "Ok", "Cancel"`); each of them must be a
-literal of the same file.
+key twice or one that nothing asks for. A LookupString whose argument is no literal names its keys
+in a comment on the line above: `// Keys: "Ok", "Cancel"`.
 """
 
-import ast
 import pathlib
 import re
 import sys
 import xml.etree.ElementTree
 
-LITERAL = r'"(?:[^"\\\n]|\\.)*"'
-CALL = re.compile(r'\bLookupString\(\s*((?:' + LITERAL + r'\s*)*)')
-COMMENT = re.compile('(' + LITERAL + r')|//[^\n]*')
-DECLARED = re.compile(r'UString LookupString\(')
-KEYS = re.compile(r'// Keys: (.*)')
-OWN_FILE = "Source/Resources/LocalizedStrings"
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+CALL = re.compile(r'(?:// Keys: (.*)\n.*)?(?<!UString )\bLookupString\(\s*((?:"(?:[^"\\\n]|\\.)*"\s*)*)')
+ESCAPES = {r"\n": "\n", r"\"": '"', r"\\": "\\"}
 
 
-def text_of(literals):
-    """The text of adjacent C literals, whose escapes Python shares."""
-    return "".join(ast.literal_eval(literal) for literal in re.findall(LITERAL, literals))
+def text_of(literal):
+    return re.sub(r"\\.", lambda escape: ESCAPES[escape.group()], literal)
 
 
-def keys_in_comments(text, at):
-    """The keys that the comments on the line of `at` and on the line above name."""
-    lines = [""] + text.split("\n")
-    number = 1 + text.count("\n", 0, at)
-    for line in (lines[number], lines[number - 1]):
-        if found := KEYS.search(line):
-            return [text_of(literal) for literal in re.findall(LITERAL, found.group(1))]
-    return []
-
-
-def keys_of(path, text, problems):
-    """Each key that the file asks for, with the line."""
-    code = COMMENT.sub(lambda found: found.group(1) or " " * len(found.group()), text)
-    literals = {text_of(literal) for literal in re.findall(LITERAL, code)}
-    for call in CALL.finditer(code):
-        if DECLARED.search(code, max(0, call.start() - 8), call.end()):
-            continue
-        place = f"{path}:{text.count(chr(10), 0, call.start()) + 1}"
-        if call.group(1):
-            yield text_of(call.group(1)), place
-            continue
-        keys = keys_in_comments(text, call.start())
-        if not keys:
-            problems.append(f"{place}: no literal and no comment `// Keys: ...` tells the keys")
-        problems.extend(f"{place}: {key!r} is no literal of this file"
-                        for key in keys if key not in literals)
-        yield from ((key, place) for key in keys)
-
-
-def keys_of_table(path, problems):
-    names = [item.get("name") for item in xml.etree.ElementTree.parse(path).iter("TEXT")]
-    problems.extend(f"{path}: {name!r} stands there twice"
-                    for name in sorted(set(names)) if names.count(name) > 1)
-    return set(names)
+def keys_of(call):
+    """The keys that a call asks for; none when it does not tell them."""
+    if call.group(2):
+        return [text_of("".join(LITERAL.findall(call.group(2))))]
+    return [text_of(key) for key in LITERAL.findall(call.group(1) or "")]
 
 
 def check(root):
-    problems = []
-    used = {}
-    for folder in ("app", "Source"):
-        for path in sorted((root / folder).rglob("*.[ch]*")):
-            name = str(path.relative_to(root))
-            if path.suffix in (".h", ".cpp") and not name.startswith(OWN_FILE):
-                for key, place in keys_of(name, path.read_text(), problems):
-                    used.setdefault(key, place)
-    tables = sorted((root / "app/Resources").rglob("LocalizableStrings.xml"))
-    if not tables:
-        problems.append("there is no table")
+    used = set()
+    for path in [*(root / "app").rglob("*.cpp"), *(root / "Source").rglob("*.cpp")]:
+        for call in CALL.finditer(path.read_text()):
+            if path.name != "LocalizedStrings.cpp" and not keys_of(call):
+                yield f"{path}: no literal and no comment `// Keys: ...`: {call.group()}"
+            used.update(keys_of(call))
+    tables = list((root / "app/Resources").rglob("LocalizableStrings.xml"))
     for table in tables:
-        held = keys_of_table(table, problems)
-        name = table.relative_to(root)
-        problems.extend(f"{used[key]}: {key!r} is missing from {name}"
-                        for key in used if key not in held)
-        problems.extend(f"{name}: nothing asks for {key!r}" for key in sorted(held - set(used)))
-    return problems
+        held = [item.get("name") for item in xml.etree.ElementTree.parse(table).iter("TEXT")]
+        yield from (f"{table}: {key!r} is missing" for key in sorted(used - set(held)))
+        yield from (f"{table}: nothing asks for {key!r}" for key in sorted(set(held) - used))
+        yield from (f"{table}: {key!r} stands there twice" for key in held if held.count(key) > 1)
+    if not tables:
+        yield "there is no table"
 
 
 if __name__ == "__main__":
-    found = check(pathlib.Path(sys.argv[1]))
-    print("\n".join(found))
-    sys.exit(1 if found else 0)
+    sys.exit("\n".join(check(pathlib.Path(sys.argv[1]))) or 0)
