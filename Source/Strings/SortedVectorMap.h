@@ -37,7 +37,7 @@ public:
 
     /// Likewise, of a map that cannot be changed.
     const_iterator find(const Key& key) const {
-        const const_iterator place = std::lower_bound(begin(), end(), key, IsBefore);
+        const auto place = std::lower_bound(begin(), end(), key, IsBefore);
         return HoldsAt(place, key) ? place : end();
     }
 
