@@ -52,9 +52,7 @@ int Ask() {
     return alert.RunModal();
 }
 
-using Handler = void (*)(int);
-
-Handler HandlerOf(int signal) {
+auto HandlerOf(int signal) {
     struct sigaction action;
     sigaction(signal, nullptr, &action);
     return action.sa_handler;
@@ -99,7 +97,7 @@ TEST(Application, SignalsQuitTheLoopAndAnOpenAlert) {
 }
 
 TEST(Application, LeavesSignalsAsItFoundThem) {
-    const Handler before = HandlerOf(SIGTERM);
+    const auto before = HandlerOf(SIGTERM);
     signal(SIGHUP, SIG_IGN);
     {
         TestApplication application;
@@ -117,6 +115,19 @@ TEST(Application, AnExceptionOfAHandlerComesOutOfRun) {
     application.whenLaunched = [] { throw std::runtime_error("handler"); };
     EXPECT_THROW(application.Run(), std::runtime_error);
     EXPECT_NO_THROW(application.RunApplicationLoop(0));
+}
+
+TEST(ApplicationDeathTest, WithoutADisplaySaysWhatToDoAndEnds) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    for (const char* display : {"", ":4711"}) {
+        const auto start = [display] {
+            unsetenv("QT_QPA_PLATFORM");
+            unsetenv("WAYLAND_DISPLAY");
+            setenv("DISPLAY", display, 1);
+            TestApplication();
+        };
+        EXPECT_EXIT(start(), testing::ExitedWithCode(1), "set DISPLAY or WAYLAND_DISPLAY");
+    }
 }
 
 TEST(Application, RebuildsTheMenuBarFromItsMenus) {

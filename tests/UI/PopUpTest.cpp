@@ -58,18 +58,10 @@ private:
     bool& fHasReturned;
 };
 
-/// Whoever has the chain before a pop-up opens.
-struct Gopher : RequestHandler {
-    Gopher()
-        : RequestHandler(nullptr) {
-        ChainOfCommand::Instance()->SetGopher(this);
-    }
-};
-
 class PopUp : public testing::Test, public Window::WindowEventClient {
 protected:
     PopUp() {
-        NativeApplication::Shared();
+        ChainOfCommand::Instance()->SetGopher(&gopher);
         window = Window::Create(*this, Text("Pop-up"), 300, 150, 0);
         control = std::make_unique<Control>(window->GetRootView(), hasReturned);
         Append(5);
@@ -117,7 +109,7 @@ protected:
         EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), &gopher);
     }
 
-    Gopher gopher;
+    DynamicMenu gopher;
     Window* window = nullptr;
     std::unique_ptr<Control> control;
     bool hasReturned = false;
@@ -128,8 +120,8 @@ protected:
 TEST_F(PopUp, OpensWithTheCurrentItemCheckedOverItsControlAndBorrowsTheChain) {
     control->SetCurrentItem(3);
     control->GetMenu().EnableItem(5, false);
-    Gopher former;
-    control->SetSuccessor(&gopher);
+    DynamicMenu successor;
+    control->SetSuccessor(&successor);
     Open();
     script.WhenHighlighted(2, [&] {
         const Desktop::Menu menu = *Desktop::OpenMenu();
@@ -147,8 +139,8 @@ TEST_F(PopUp, OpensWithTheCurrentItemCheckedOverItsControlAndBorrowsTheChain) {
     Play();
     EXPECT_EQ(control->chosen, 0);
     EXPECT_EQ(control->GetCurrentItem(), 3);
-    EXPECT_EQ(control->GetSuccessor(), &gopher);
-    EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), &former);
+    EXPECT_EQ(control->GetSuccessor(), &successor);
+    EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), &gopher);
 }
 
 TEST_F(PopUp, TakesAChoiceByDragOrClickOverAnItemOnly) {
@@ -228,7 +220,8 @@ TEST_F(PopUp, ClosesWhenItsWindowIsDestroyed) {
 }
 
 TEST_F(PopUp, GivesTheChainToNobodyWhenTheFormerGopherHasGone) {
-    auto former = std::make_unique<Gopher>();
+    auto former = std::make_unique<DynamicMenu>();
+    ChainOfCommand::Instance()->SetGopher(former.get());
     Open();
     script.WhenMenuIsOpen([&](const Desktop::Menu&) {
         former.reset();

@@ -4,10 +4,10 @@
 #include "Platform/UI/NativeApplication.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -18,7 +18,6 @@
 #include <QWindow>
 #include <algorithm>
 #include <cstdlib>
-#include <deque>
 
 namespace Desktop {
 
@@ -26,8 +25,8 @@ using Kestrin::ToUtf8;
 
 namespace {
 
-constexpr int kPollInterval = 5;   // milliseconds
-constexpr int kStepLimit = 10'000; // milliseconds
+constexpr int kPollInterval = 5;        // milliseconds
+constexpr unsigned int kStepLimit = 10; // seconds
 
 Rectangle From(const QRect& r) {
     return {r.x(), r.y(), r.width(), r.height()};
@@ -111,55 +110,33 @@ void PointAt(const Rectangle& place) {
           std::to_string(place.y + place.height / 2));
 }
 
-struct Script::Data {
-    struct Step {
-        std::function<bool()> condition;
-        std::function<void()> action;
-    };
-
-    bool IsDone() const { return steps.empty() && !isActing; }
-
-    void Poll() {
-        if (steps.empty() || isActing)
-            return;
-        if (!steps.front().condition())
-            return CheckLimit();
-        const Step step = steps.front();
-        steps.pop_front();
-        isActing = true;
-        step.action();
-        isActing = false;
-        sinceStep.start();
-    }
-
-    void CheckLimit() {
-        if (!sinceStep.hasExpired(kStepLimit))
-            return;
-        ADD_FAILURE() << "A step of the script waits in vain; " << steps.size() << " are left.";
-        steps.clear();
-        QCoreApplication::exit();
-    }
-
-    std::deque<Step> steps;
-    bool isActing = false;
-    QElapsedTimer sinceStep;
-    QTimer timer;
-};
-
 Script::Script() {
     Kestrin::NativeApplication::Shared();
-    fData = std::make_unique<Data>();
-    fData->sinceStep.start();
-    QObject::connect(&fData->timer, &QTimer::timeout, [this] { fData->Poll(); });
-    fData->timer.start(kPollInterval);
+    auto timer = std::make_shared<QTimer>();
+    QObject::connect(timer.get(), &QTimer::timeout, [this] { Poll(); });
+    timer->start(kPollInterval);
+    fTimer = timer;
+    alarm(kStepLimit);
 }
 
 Script::~Script() {
-    EXPECT_TRUE(fData->IsDone()) << fData->steps.size() << " steps of the script were not taken.";
+    alarm(0);
+    EXPECT_TRUE(IsDone()) << fSteps.size() << " steps of the script were not taken.";
+}
+
+void Script::Poll() {
+    if (fSteps.empty() || fIsActing || !fSteps.front().condition())
+        return;
+    const Step step = fSteps.front();
+    fSteps.pop_front();
+    fIsActing = true;
+    step.action();
+    fIsActing = false;
+    alarm(kStepLimit);
 }
 
 void Script::When(std::function<bool()> condition, std::function<void()> action) {
-    fData->steps.push_back({std::move(condition), std::move(action)});
+    fSteps.push_back({std::move(condition), std::move(action)});
 }
 
 void Script::WhenMenuIsOpen(std::function<void(const Menu&)> action) {
@@ -175,7 +152,7 @@ void Script::WhenAlertIsOpen(std::function<void(const Alert&)> action) {
 }
 
 void Script::Play() {
-    while (!fData->IsDone())
+    while (!IsDone())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -51,8 +52,8 @@ void Type(const std::string& keys);
 void PointAt(const Rectangle& place);
 
 /// Steps that are taken while the code under test waits in an event loop of its own. Each step
-/// waits until its condition holds and then acts; when one waits for too long the test fails and
-/// every event loop is ended.
+/// waits until its condition holds and then acts; when one waits for too long an alarm ends the
+/// program.
 class Script {
 public:
     Script();
@@ -69,8 +70,17 @@ public:
     void Play();
 
 private:
-    struct Data;
-    std::unique_ptr<Data> fData;
+    struct Step {
+        std::function<bool()> condition;
+        std::function<void()> action;
+    };
+
+    void Poll();
+    bool IsDone() const { return fSteps.empty() && !fIsActing; }
+
+    std::deque<Step> fSteps;
+    bool fIsActing = false;
+    std::shared_ptr<void> fTimer;
 };
 
 } // namespace Desktop

@@ -66,13 +66,13 @@ TEST_F(MessageBox, ShowsMarkupLiterallyAndLongTextWithinTheScreen) {
 }
 
 TEST_F(MessageBox, AsksOKOrCancelByTheMouse) {
-    for (const int answer : {1, 2}) {
-        const auto click = [answer](const Desktop::Alert& alert) {
+    for (const std::size_t button : {0, 1}) {
+        const auto click = [button](const Desktop::Alert& alert) {
             EXPECT_THAT(alert.buttons, ElementsAre("MBOK", "MBCancel"));
-            Desktop::PointAt(alert.buttonPlaces.at(answer == 1 ? 0 : 1));
+            Desktop::PointAt(alert.buttonPlaces.at(button));
             Desktop::Input("click 1");
         };
-        EXPECT_EQ(Ask(1, click), answer);
+        EXPECT_EQ(Ask(1, click), button + 1);
     }
 }
 
@@ -90,22 +90,19 @@ TEST_F(MessageBox, ACriticalMessageHasThePlatformsButton) {
     EXPECT_THAT(RecordingLog::Lines(), ElementsAre("Unknown message box type"));
 }
 
-/// A window whose owner goes away together with it.
-struct Owner final : Kestrin::Window::WindowEventClient {
-    Owner() { window->Activate(); }
-    ~Owner() { Kestrin::Window::DestroyWindow(window); }
+struct Client final : Kestrin::Window::WindowEventClient {
     void WindowClosedNotification(Kestrin::Window*) override {}
     void WindowActivationChanged(Kestrin::Window*, bool isActive) override { active = isActive; }
-
-    Kestrin::Window* window = Kestrin::Window::Create(*this, Text("Owner"), 300, 100, 0);
     bool active = false;
 };
 
 TEST_F(MessageBox, TheWindowBeneathMayGoWhileItIsOpen) {
-    auto owner = std::make_unique<Owner>();
-    script.When([&] { return owner->active; }, [] {});
+    Client client;
+    Kestrin::Window* window = Kestrin::Window::Create(client, Text("Beneath"), 300, 100, 0);
+    window->Activate();
+    script.When([&] { return client.active; }, [] {});
     script.Play();
-    EXPECT_EQ(Ask(4, [&](const Desktop::Alert&) { owner.reset(); }), 2);
+    EXPECT_EQ(Ask(4, [&](const auto&) { Kestrin::Window::DestroyWindow(window); }), 2);
     EXPECT_FALSE(Desktop::OpenAlert());
 }
 
