@@ -1,11 +1,5 @@
 #include "tests/UI/ViewTestSupport.h"
 #include "tests/support/Desktop.h"
-#include "tests/support/NativeInput.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdio>
 
 // What needs a real window system: a window manager, a pointer of its own, grabs.
 
@@ -13,95 +7,56 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Not;
 
-std::string At(const Point& point) {
-    return std::to_string(std::lround(point.x)) + " " + std::to_string(std::lround(point.y));
-}
-
-Point PointerPosition() {
-    int x = 0;
-    int y = 0;
-    std::FILE* output = popen("xdotool getmouselocation", "r");
-    EXPECT_EQ(std::fscanf(output, "x:%d y:%d", &x, &y), 2);
-    pclose(output);
-    return {static_cast<float>(x), static_cast<float>(y)};
-}
-
-class Display : public testing::Test {
+class Display : public ShownWindow {
 protected:
-    Display()
-        : window(Window::Create(client, Text("Display"), 200, 100, 0))
-        , root(*window->GetRootView()) {
-        left.PlaceInView(&root, 0, 0);
-        left.SetDimensions(100, 100);
-        right.PlaceInView(&root, 100, 0);
-        right.SetDimensions(100, 100);
-        left.SetTabStop(true);
-        right.SetTabStop(true);
-        window->ShowHide(true);
-        EXPECT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
+    Display() {
         // The window manager puts its frame around the window after it is shown.
         EXPECT_TRUE(NativeInput::WaitUntil([this] { return window->GetRect().y > 0; }));
-        EXPECT_THAT(notes, ElementsAre("visible", "active"));
         notes.clear();
-    }
-    ~Display() override {
-        Window::DestroyWindow(window);
-        NativeInput::Settle();
     }
 
     bool Noted(const std::string& note) {
         return NativeInput::WaitUntil([&] { return testing::Matches(Contains(note))(notes); });
     }
     void PointAt(const View& view, const Point& where) {
-        Desktop::Input("mousemove " + At(view.ViewToScreen(where)));
+        const Point at = view.ViewToScreen(where);
+        Desktop::Input("mousemove " + std::to_string(std::lround(at.x)) + " " +
+                       std::to_string(std::lround(at.y)));
     }
-
-    std::vector<std::string> notes;
-    NotingClient client{notes};
-    NotingView left{"left", notes};
-    NotingView right{"right", notes};
-    Window* window;
-    View& root;
 };
 
-TEST_F(Display, ViewsStandOnTheScreenWhereTheySay) {
+TEST_F(Display, ThePointerReachesTheViewsWhereTheySayTheyStand) {
+    right.tracksMouse = true;
+    Place(right, {100, 0, 50, 50});
+    PointAt(left, {10, 10});
     PointAt(right, {30, 40});
+    EXPECT_TRUE(Noted("right inside 30,40"));
+    Desktop::Input("click 5");
+    EXPECT_TRUE(Noted("right wheel 30,40 by 0,-3"));
+    notes.clear();
     Desktop::Input("keydown shift click 1 keyup shift");
     ASSERT_TRUE(Noted("right up"));
     EXPECT_THAT(notes, ElementsAre("right focus", "right click 30,40 mods 512", "right up"));
-}
-
-TEST_F(Display, AWindowThatIsActiveAgainHasTheFocusWhereItWas) {
-    right.EnableKeyFocus(true);
-    notes.clear();
-    Window* other = Window::Create(client, Text("Other"), 50, 50, 0);
-    other->Activate();
-    ASSERT_TRUE(NativeInput::WaitUntil([&] { return other->GetRootView()->IsViewActive(); }));
-    Window::DestroyWindow(other);
-    ASSERT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
-    EXPECT_TRUE(right.HasKeyFocus());
-    EXPECT_THAT(notes, Not(Contains("right no focus")));
-    notes.clear();
-    Desktop::Input("key shift+Tab");
-    ASSERT_TRUE(Noted("left focus"));
+    Desktop::Input("click --repeat 2 1");
+    EXPECT_TRUE(Noted("right double click 30,40"));
+    PointAt(left, {10, 10});
+    EXPECT_TRUE(NativeInput::WaitUntil([&] { return notes.back().starts_with("right exited"); }));
 }
 
 TEST_F(Display, ThePointerComesBackToWhereItWasHidden) {
+    left.tracksMouse = true;
+    Place(left, {0, 0, 100, 100});
     PointAt(left, {10, 10});
-    ASSERT_TRUE(NativeInput::WaitUntil([&] {
-        return PointerPosition() == left.ViewToScreen({10, 10});
-    }));
-    NativeInput::Settle();
+    ASSERT_TRUE(Noted("left inside 10,10"));
     left.ShowMouse(false);
     left.ShowMouse(false);
     PointAt(left, {60, 60});
+    ASSERT_TRUE(Noted("left inside 60,60"));
+    notes.clear();
     left.ShowMouse(true);
-    EXPECT_TRUE(NativeInput::WaitUntil([&] {
-        return PointerPosition() == left.ViewToScreen({10, 10});
-    }));
+    EXPECT_TRUE(Noted("left inside 10,10"));
 }
 
 TEST_F(Display, ADragInAClickThroughViewMovesTheWindow) {
@@ -123,7 +78,7 @@ TEST_F(Display, ADragInAClickThroughViewMovesTheWindow) {
     EXPECT_THAT(notes, Not(Contains("right focus")));
 }
 
-TEST_F(Display, ADialogDuringThePressKeepsItFromActingWithRealGrabs) {
+TEST_F(Display, ADialogThatThePressOpensByMovingTheFocusKeepsThePressFromActing) {
     left.EnableKeyFocus(true);
     left.during = [&](const std::string& note) {
         if (note == "left no focus") {
@@ -132,25 +87,15 @@ TEST_F(Display, ADialogDuringThePressKeepsItFromActingWithRealGrabs) {
             notes.emplace_back("answered");
         }
     };
-    notes.clear();
     PointAt(right, {30, 40});
     Desktop::Input("mousedown 1");
     ASSERT_TRUE(Noted("answered")) << testing::PrintToString(notes);
     ASSERT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
     EXPECT_THAT(notes, Not(Contains("right click 30,40")));
-    left.during = nullptr;
+    EXPECT_THAT(notes, Not(Contains("right up")));
     Desktop::Input("click 1");
     ASSERT_TRUE(Noted("right up"));
     EXPECT_THAT(notes, Contains(testing::EndsWith("click 30,40")));
-}
-
-TEST_F(Display, TheCloseButtonOfTheWindowManagerClosesAndMayDestroy) {
-    client.during = [&](const std::string& note) {
-        if (note == "closed")
-            Window::DestroyWindow(std::exchange(window, nullptr));
-    };
-    Desktop::Input("key alt+F4");
-    EXPECT_TRUE(NativeInput::WaitUntil([this] { return window == nullptr; }));
 }
 
 } // namespace

@@ -19,8 +19,7 @@ TEST(PngImage, HoldsThePlatformsImageOrNone) {
     ASSERT_NE(Kestrin::GetNativeImage(&image), nullptr);
     EXPECT_EQ(Kestrin::GetNativeImage(&image)->Size().width, 3);
     EXPECT_EQ(Kestrin::GetNativeImage(&image)->Size().height, 2);
-    const std::vector<unsigned char> cut(kPng.begin(), kPng.begin() + 20);
-    const Kestrin::PngImage broken(cut);
+    const Kestrin::PngImage broken({kPng.begin(), kPng.begin() + 20});
     EXPECT_EQ(Kestrin::GetNativeImage(&broken), nullptr);
     EXPECT_EQ(Kestrin::GetNativeImage(nullptr), nullptr);
 }

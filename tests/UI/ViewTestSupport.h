@@ -4,6 +4,11 @@
 #include "UI/View.h"
 #include "UI/Window.h"
 
+#include "tests/support/NativeInput.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <functional>
 #include <memory>
@@ -11,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-// What the tests of views and windows share: views that note what is told to them.
+// What the tests of views and windows share: a window, and views that note what is told to them.
 
 using Kestrin::Point;
 using Kestrin::Rect;
@@ -22,25 +27,38 @@ inline UString Text(const std::string& utf8) {
     return UString(utf8, UString::kUTF8);
 }
 
-/// Notes every hook in a list that may be shared, each as a short text that begins with the view's
-/// name; `during` is called inside each hook with that text.
-class NotingView : public View {
+/// Notes in a list that may be shared; `during` is called after each note, inside the hook.
+struct Noting {
+    std::vector<std::string>& notes;
+    std::string prefix;
+    std::function<void(const std::string& note)> during = {};
+
+    void Note(const std::string& what) {
+        const std::string note = prefix + what;
+        notes.push_back(note);
+        if (const auto call = during)
+            call(note);
+    }
+    void NoteKey(const UString& text, unsigned int modifiers, unsigned char key) {
+        Note("key '" + text.utf8_str() + "' " + std::to_string(modifiers) + " " +
+             std::to_string(key));
+    }
+};
+
+/// Notes every hook as a short text that begins with the view's name.
+class NotingView : public View, public Noting {
 public:
-    explicit NotingView(std::string name, std::vector<std::string>& notes)
-        : fName(std::move(name))
-        , fNotes(notes) {}
+    NotingView(const std::string& name, std::vector<std::string>& list)
+        : Noting{list, name + " "} {}
 
     bool takesClicks = true;
     bool tracksMouse = false;
     bool takesKeys = false;
-    std::function<void(const std::string& note)> during;
 
     bool SupportsFeature(Kestrin::ViewFeature feature) override {
-        if (feature == Kestrin::kViewFeatureClicks)
-            return takesClicks;
-        if (feature == Kestrin::kViewFeatureMouseTracking)
-            return tracksMouse;
-        return View::SupportsFeature(feature);
+        return (feature == Kestrin::kViewFeatureClicks && takesClicks) ||
+               (feature == Kestrin::kViewFeatureMouseTracking && tracksMouse) ||
+               feature == Kestrin::kViewFeatureTransparent;
     }
     void DoClick(const Point& at, unsigned int modifiers, bool doubleClick) override {
         Note((doubleClick ? "double click " : "click ") + Words(at, modifiers));
@@ -57,7 +75,7 @@ public:
     }
     bool DoTextInput(const UString& text, unsigned int m, unsigned char key) override {
         const bool takes = takesKeys;
-        Note("key '" + text.utf8_str() + "' " + std::to_string(m) + " " + std::to_string(key));
+        NoteKey(text, m, key);
         return takes;
     }
     void DoVisibleStateChanged() override { Note("visibility"); }
@@ -69,30 +87,17 @@ private:
             std::to_string(std::lround(at.x)) + "," + std::to_string(std::lround(at.y));
         return modifiers ? place + " mods " + std::to_string(modifiers) : place;
     }
-    void Note(const std::string& what) {
-        const std::string note = fName + " " + what;
-        fNotes.push_back(note);
-        if (const auto call = during)
-            call(note);
-    }
-
-    std::string fName;
-    std::vector<std::string>& fNotes;
 };
 
 /// A client that notes what its window reports.
-class NotingClient final : public Window::WindowEventClient {
+class NotingClient final : public Window::WindowEventClient, public Noting {
 public:
-    explicit NotingClient(std::vector<std::string>& notes)
-        : fNotes(notes) {}
-
-    std::function<void(const std::string& note)> during;
-    Rect frame;
+    explicit NotingClient(std::vector<std::string>& list)
+        : Noting{list, "window "} {}
 
     void WindowClosedNotification(Window*) override { Note("closed"); }
     bool DoTextInput(const UString& text, unsigned int m, unsigned char key) override {
-        Note("window key '" + text.utf8_str() + "' " + std::to_string(m) + " " +
-             std::to_string(key));
+        NoteKey(text, m, key);
         return true;
     }
     void WindowActivationChanged(Window*, bool active) override {
@@ -101,17 +106,35 @@ public:
     void WindowVisiblilityChanged(Window*, bool visible) override {
         Note(visible ? "visible" : "invisible");
     }
-    void WindowSizeChanged(Window*, Rect whole) override {
-        frame = whole;
-        Note("resized");
+    void WindowSizeChanged(Window*, Rect) override { Note("resized"); }
+};
+
+/// A shown, active, resizable window of 200 by 100 with two views in it.
+class ShownWindow : public testing::Test {
+protected:
+    ShownWindow() {
+        Place(left, {0, 0, 50, 50});
+        Place(right, {100, 0, 50, 50});
+        window->ShowHide(true);
+        EXPECT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
+        notes.clear();
+    }
+    ~ShownWindow() override {
+        Window::DestroyWindow(window);
+        NativeInput::Settle();
     }
 
-private:
-    void Note(const std::string& note) {
-        fNotes.push_back(note);
-        if (const auto call = during)
-            call(note);
+    void Place(View& view, const Rect& rect, View* parent = nullptr) {
+        view.PlaceInView(parent ? parent : &root, rect.x, rect.y);
+        view.SetDimensions(rect.width, rect.height);
+        NativeInput::Settle();
+        notes.clear();
     }
 
-    std::vector<std::string>& fNotes;
+    std::vector<std::string> notes;
+    NotingClient client{notes};
+    NotingView left{"left", notes};
+    NotingView right{"right", notes};
+    Window* window = Window::Create(client, Text("Window"), 200, 100, 2);
+    View& root = *window->GetRootView();
 };

@@ -1,145 +1,112 @@
 #include "UI/WindowData.h"
 
 #include "tests/UI/ViewTestSupport.h"
-#include "tests/support/NativeInput.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-class Windows : public testing::Test {
-protected:
-    ~Windows() override {
-        Window::DestroyWindow(window);
-        NativeInput::Settle();
-    }
-    void Open(unsigned int flags = 0) {
-        window = Window::Create(client, Text("Windows"), 300, 120, flags);
-    }
-    void Show() {
-        window->ShowHide(true);
-        ASSERT_TRUE(
-            NativeInput::WaitUntil([this] { return window->GetRootView()->IsViewActive(); }));
-    }
+using Windows = ShownWindow;
 
-    std::vector<std::string> notes;
-    NotingClient client{notes};
-    Window* window = nullptr;
-};
-
-TEST_F(Windows, FlagsTakeTheTitleBarOrAddButtons) {
-    EXPECT_EQ(Kestrin::NativeStyleOf(0), 3u);
-    EXPECT_EQ(Kestrin::NativeStyleOf(1), 2u);
-    EXPECT_EQ(Kestrin::NativeStyleOf(2), 11u);
-    EXPECT_EQ(Kestrin::NativeStyleOf(4), 7u);
-    EXPECT_EQ(Kestrin::NativeStyleOf(7), 14u);
-    EXPECT_EQ(Kestrin::NativeStyleOf(0xFFF8), 3u);
+TEST(WindowFlags, TakeTheTitleBarOrAddButtons) {
+    const std::pair<unsigned, unsigned> styles[] = {{0, 3}, {1, 2},  {2, 11},
+                                                    {4, 7}, {7, 14}, {0xFFF8, 3}};
+    for (const auto& [flags, style] : styles)
+        EXPECT_EQ(Kestrin::NativeStyleOf(flags), style) << flags;
 }
 
-TEST_F(Windows, AWindowIsCreatedHiddenAtItsSizeWithARootThatFillsIt) {
-    Open();
-    NativeInput::Settle();
-    EXPECT_THAT(notes, IsEmpty());
-    EXPECT_EQ(window->GetRect().width, 300);
-    EXPECT_EQ(window->GetRect().height, 120);
-    EXPECT_EQ(window->GetRootView()->GetRect(), (Rect{0, 0, 300, 120}));
-    EXPECT_FALSE(window->GetRootView()->IsViewActive());
-    Show();
-    EXPECT_THAT(notes, ElementsAre("visible", "active"));
+TEST_F(Windows, OneOpensHiddenAndTheActiveStateGoesFromOneToTheOther) {
+    left.EnableKeyFocus(true);
     notes.clear();
-    window->ShowHide(false);
-    NativeInput::Settle();
-    EXPECT_THAT(notes, Contains("invisible"));
-    EXPECT_THAT(notes, Contains("inactive"));
-    notes.clear();
-    window->Activate();
-    EXPECT_THAT(notes, ElementsAre("visible"));
-}
-
-TEST_F(Windows, ActivationGoesFromOneWindowToTheOther) {
-    Open();
-    Show();
     std::vector<std::string> otherNotes;
     NotingClient otherClient(otherNotes);
-    Window* other = Window::Create(otherClient, Text("Other"), 50, 50, 0);
-    View view;
-    view.PlaceInView(window->GetRootView(), 0, 0);
-    view.EnableKeyFocus(true);
-    notes.clear();
+    Window* other = Window::Create(otherClient, Text("Other"), 300, 120, 0);
+    NativeInput::Settle();
+    EXPECT_TRUE(otherNotes.empty());
+    EXPECT_EQ(other->GetRect().width, 300);
+    EXPECT_EQ(other->GetRootView()->GetRect(), (Rect{0, 0, 300, 120}));
+    EXPECT_FALSE(other->GetRootView()->IsViewActive());
     other->Activate();
     ASSERT_TRUE(NativeInput::WaitUntil([&] { return other->GetRootView()->IsViewActive(); }));
-    EXPECT_THAT(notes, ElementsAre("inactive"));
-    EXPECT_TRUE(view.HasKeyFocus());
-    EXPECT_FALSE(view.IsViewActive());
+    EXPECT_THAT(otherNotes, ElementsAre("window visible", "window active"));
+    EXPECT_FALSE(left.IsViewActive());
+    otherNotes.clear();
+    other->ShowHide(false);
+    NativeInput::Settle();
+    EXPECT_THAT(otherNotes, testing::UnorderedElementsAre("window invisible", "window inactive"));
     Window::DestroyWindow(other);
+    window->Activate();
+    EXPECT_TRUE(NativeInput::WaitUntil([&] { return left.IsViewActive(); }));
+    EXPECT_TRUE(left.HasKeyFocus());
+    EXPECT_THAT(notes, ElementsAre("window inactive", "window active"));
 }
 
 TEST_F(Windows, AResizeReachesTheRootViewBeforeTheClient) {
-    Open(2);
-    Show();
-    notes.clear();
-    Rect rootDuring;
-    client.during = [&](const std::string&) { rootDuring = window->GetRootView()->GetRect(); };
-    NativeInput::ResizeWindow(*window->GetRootView(), 340, 150);
-    EXPECT_THAT(notes, ElementsAre("resized"));
-    EXPECT_EQ(rootDuring, (Rect{0, 0, 340, 150}));
-    EXPECT_GE(client.frame.height, 150);
+    Rect during;
+    client.during = [&](const std::string&) { during = root.GetRect(); };
+    NativeInput::ResizeWindow(root, 340, 150);
     client.during = nullptr;
+    EXPECT_THAT(notes, ElementsAre("window resized"));
+    EXPECT_EQ(during, (Rect{0, 0, 340, 150}));
 }
 
 TEST_F(Windows, ClosingTellsTheClientAndHidesTheWindow) {
-    Open();
-    Show();
-    notes.clear();
-    NativeInput::CloseWindow(*window->GetRootView());
+    NativeInput::CloseWindow(root);
     ASSERT_FALSE(notes.empty());
-    EXPECT_EQ(notes.front(), "closed");
-    EXPECT_THAT(notes, Contains("invisible"));
+    EXPECT_EQ(notes.front(), "window closed");
+    EXPECT_THAT(notes, Contains("window invisible"));
 }
 
-TEST_F(Windows, TheClientMayDestroyTheWindowInEachOfItsCalls) {
+TEST_F(Windows, TheWindowMayGoInsideEachCallOfItsViewsAndItsClient) {
     Window::DestroyWindow(nullptr);
     for (const std::string call :
-         {"closed", "active", "inactive", "visible", "invisible", "resized", "window key"}) {
-        client.during = nullptr;
-        Open(2);
-        client.during = [&](const std::string& note) {
-            if (!note.starts_with(call) || !window)
+         {"view click", "view track", "view up", "view focus", "view no focus", "view key",
+          "window closed", "window active", "window inactive", "window visible", "window invisible",
+          "window resized", "window key"}) {
+        NotingClient doomedClient(notes);
+        Window* doomed = Window::Create(doomedClient, Text("Doomed"), 300, 120, 2);
+        auto view = std::make_unique<NotingView>("view", notes);
+        Place(*view, {0, 0, 100, 100}, doomed->GetRootView());
+        view->during = doomedClient.during = [&](const std::string& note) {
+            if (!note.starts_with(call) || !doomed)
                 return;
-            Window::DestroyWindow(std::exchange(window, nullptr));
+            view.reset();
+            Window::DestroyWindow(std::exchange(doomed, nullptr));
             NativeInput::Settle();
         };
-        const std::vector<std::function<void()>> steps = {
-            [&] { window->ShowHide(true); },
-            [&] { NativeInput::ResizeWindow(*window->GetRootView(), 340, 150); },
-            [&] { NativeInput::Key(*window->GetRootView(), Kestrin::kNativeEscape); },
-            [&] { window->ShowHide(false); },
-            [&] { window->ShowHide(true); },
-            [&] { NativeInput::CloseWindow(*window->GetRootView()); },
+        const std::function<void()> steps[] = {
+            [&] { doomed->ShowHide(true); },
+            [&] { NativeInput::ResizeWindow(*view, 340, 150); },
+            [&] {
+                NativeInput::Press(*view, {5, 5});
+            },
+            [&] {
+                NativeInput::Move(*view, {6, 6});
+            },
+            [&] { NativeInput::Key(*view, Kestrin::kNativeEscape); },
+            [&] {
+                NativeInput::Release(*view, {6, 6});
+            },
+            [&] { view->RemoveFromSuperview(); },
+            [&] { doomed->ShowHide(false); },
+            [&] { doomed->ShowHide(true); },
+            [&] { NativeInput::CloseWindow(*doomed->GetRootView()); },
         };
         for (const auto& step : steps) {
-            if (window)
+            if (doomed)
                 step();
             NativeInput::Settle();
         }
-        EXPECT_EQ(window, nullptr) << call;
+        EXPECT_EQ(doomed, nullptr) << call;
     }
-    client.during = nullptr;
 }
 
-TEST_F(Windows, TitlesAndToolTipsCrossAsManyBytesAsUnits) {
-    Open();
-    window->SetWindowTitle(Text("Größe"));
-    window->GetRootView()->SetToolTip(Text("a <b> €"));
-    EXPECT_EQ(NativeInput::TitleOf(*window->GetRootView()), "Grö");
-    EXPECT_EQ(NativeInput::ToolTipOf(*window->GetRootView()), "a <b> ");
-    window->GetRootView()->SetToolTip(UString());
-    EXPECT_EQ(NativeInput::ToolTipOf(*window->GetRootView()), "");
+TEST_F(Windows, ToolTipsAreTextAndCrossAsManyBytesAsUnits) {
+    root.SetToolTip(Text("a <b> €"));
+    EXPECT_EQ(NativeInput::ToolTipOf(root), "a <b> ");
+    root.SetToolTip(UString());
+    EXPECT_EQ(NativeInput::ToolTipOf(root), "");
 }
 
 } // namespace
