@@ -193,17 +193,4 @@ TEST_P(RoutingHarm, AViewMayGoInAnyOfItsHooks) {
 INSTANTIATE_TEST_SUITE_P(AViewThatIs, RoutingHarm,
                          testing::Values("destroyed", "removed", "hidden"));
 
-TEST(RoutingLifetime, AParentMayGoBeforeItsChildren) {
-    std::vector<std::string> notes;
-    NotingView child("child", notes);
-    {
-        NotingView parent("parent", notes);
-        child.PlaceInView(&parent, 5, 5);
-    }
-    child.MoveTo(1, 2);
-    NotingView other("other", notes);
-    child.PlaceInView(&other, 3, 4);
-    EXPECT_EQ(child.GetOrigin(), (Point{3, 4}));
-}
-
 } // namespace

@@ -52,6 +52,8 @@ TEST_F(Views, ConversionsAreZeroWithoutAWindowAndAddUpWithin) {
     EXPECT_EQ(green->ViewToWindow({1, 1}), (Point{36, 27}));
     const Rect content = window->GetRect();
     EXPECT_EQ(green->ViewToScreen({1, 1}), (Point{content.x + 36, content.y + 27}));
+    red.reset();
+    EXPECT_EQ(green->ViewToWindow({1, 1}), (Point{0, 0}));
 }
 
 TEST_F(Views, ADrawRepaintsOnlyWhatWasInvalidatedAndAMoveTheParent) {

@@ -11,11 +11,9 @@
 #include <QApplication>
 #include <QDialog>
 #include <QImage>
-#include <QPainter>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTimer>
-#include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
 #include <map>
@@ -59,12 +57,6 @@ const std::map<QAccessible::Role, std::string> kRoleNames = {
     {QAccessible::EditableText, "text field"},
 };
 
-Spoken SpokenOfWidget(QWidget& widget) {
-    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&widget);
-    return {kRoleNames.at(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
-            Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
-}
-
 } // namespace
 
 void Settle() {
@@ -88,11 +80,6 @@ void Release(const View& view, const Point& where) {
     Settle();
 }
 
-void DoubleClick(const View& view, const Point& where) {
-    QTest::mouseDClick(WindowOf(view), Qt::LeftButton, {}, InWindow(view, where));
-    Settle();
-}
-
 void Move(const View& view, const Point& where) {
     QTest::mouseMove(WindowOf(view), InWindow(view, where));
     Settle();
@@ -101,15 +88,6 @@ void Move(const View& view, const Point& where) {
 void Click(const View& view, const Point& where) {
     Press(view, where);
     Release(view, where);
-}
-
-void Wheel(const View& view, const Point& where, double deltaX, double deltaY) {
-    const QPoint there = InWindow(view, where);
-    const QPoint turned(static_cast<int>(deltaX * 120), static_cast<int>(deltaY * 120));
-    QWheelEvent event(there, WindowOf(view)->mapToGlobal(there), {}, turned, Qt::NoButton, {},
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(WindowOf(view), &event);
-    Settle();
 }
 
 void Key(const View& anyView, char16_t key, unsigned flags) {
@@ -145,10 +123,6 @@ void ResizeWindow(const View& anyView, int width, int height) {
     Settle();
 }
 
-std::string TitleOf(const View& anyView) {
-    return Kestrin::ToUtf8(WidgetOf(anyView).window()->windowTitle());
-}
-
 std::string ToolTipOf(const View& view) {
     return Kestrin::ToUtf8(QTextDocumentFragment::fromHtml(WidgetOf(view).toolTip()).toPlainText());
 }
@@ -163,22 +137,21 @@ void RunModalWindow() {
 }
 
 bool PressByScreenReader(const View& view) {
-    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&WidgetOf(view));
-    QAccessibleActionInterface* actions = spoken ? spoken->actionInterface() : nullptr;
+    QAccessibleActionInterface* actions =
+        QAccessible::queryAccessibleInterface(&WidgetOf(view))->actionInterface();
     const QString press = QAccessibleActionInterface::pressAction();
-    if (!actions || !actions->actionNames().contains(press))
-        return false;
-    actions->doAction(press);
+    const bool isOffered = actions && actions->actionNames().contains(press);
+    if (isOffered)
+        actions->doAction(press);
     Settle();
-    return true;
-}
-
-Spoken SpokenOf(const View& view) {
-    return SpokenOfWidget(WidgetOf(view));
+    return isOffered;
 }
 
 Spoken SpokenOfFocus(const View& anyView) {
-    return SpokenOfWidget(*WidgetOf(anyView).window()->focusWidget());
+    QAccessibleInterface* spoken =
+        QAccessible::queryAccessibleInterface(WidgetOf(anyView).window()->focusWidget());
+    return {kRoleNames.at(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
+            Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
 }
 
 Picture::Picture(const View& view, double scale)

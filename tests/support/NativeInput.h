@@ -28,12 +28,9 @@ bool WaitUntil(const std::function<bool()>& condition);
 
 void Press(const Kestrin::View& view, const Kestrin::Point& where);
 void Release(const Kestrin::View& view, const Kestrin::Point& where);
-void DoubleClick(const Kestrin::View& view, const Kestrin::Point& where);
 /// With the button down this is a drag.
 void Move(const Kestrin::View& view, const Kestrin::Point& where);
 void Click(const Kestrin::View& view, const Kestrin::Point& where);
-/// Deltas in notches.
-void Wheel(const Kestrin::View& view, const Kestrin::Point& where, double deltaX, double deltaY);
 
 // The keyboard, to whatever has the focus of the window that a view stands in.
 
@@ -51,7 +48,6 @@ void TypeByInputMethod(const Kestrin::View& anyView, const std::string& text);
 void CloseWindow(const Kestrin::View& anyView);
 void ResizeWindow(const Kestrin::View& anyView, int width, int height);
 /// What a person reads, UTF-8.
-std::string TitleOf(const Kestrin::View& anyView);
 std::string ToolTipOf(const Kestrin::View& view);
 
 /// Opens a modal window, waits until it is seen and has it closed.
@@ -60,15 +56,13 @@ void RunModalWindow();
 /// Performs the press action that a screen reader offers; false where the view offers none.
 bool PressByScreenReader(const Kestrin::View& view);
 
-/// What a screen reader reads of a view.
+/// What a screen reader reads of what has the focus of the window.
 struct Spoken {
     std::string role; ///< "menu button" or "text field"
     std::string name;
     std::string value;
     bool focused = false;
 };
-Spoken SpokenOf(const Kestrin::View& view);
-/// Of what has the focus of the window.
 Spoken SpokenOfFocus(const Kestrin::View& anyView);
 
 /// A picture of a view and all within it, at a scale of device pixels per point.
