@@ -137,7 +137,9 @@ void NativeApplication::SetName(const std::string& name, const std::string& iden
 }
 
 void NativeApplication::SetIconFile(const std::string& path) {
-    QGuiApplication::setWindowIcon(QIcon(ToQString(path)));
+    // Drawn while the desktop is putting up the first window, which need not wait for it.
+    QTimer::singleShot(
+        0, qApp, [picture = ToQString(path)] { QGuiApplication::setWindowIcon(QIcon(picture)); });
 }
 
 const std::string& NativeApplication::Name() const {

@@ -46,8 +46,8 @@ public:
     void SetName(const std::string& name, const std::string& identifier);
     const std::string& Name() const;
 
-    /// The picture in the title bars of windows made from now on and wherever the desktop shows the
-    /// program: the path of an SVG or PNG file. A file that cannot be read leaves the desktop's
+    /// The picture in the title bars and wherever the desktop shows the program: the path of an SVG
+    /// or PNG file, read when the event loop runs. A file that cannot be read leaves the desktop's
     /// own.
     void SetIconFile(const std::string& path);
 

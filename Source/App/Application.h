@@ -28,7 +28,7 @@ public:
     /// A copy of the name given at construction.
     virtual UString GetName() const;
 
-    /// The picture that stands for the program, an SVG or PNG file; for windows made after this.
+    /// The picture that stands for the program, an SVG or PNG file; read when the loop runs.
     void SetIcon(const FileSpecification& picture);
 
     // The event loop
