@@ -130,7 +130,8 @@ std::string ToolTipOf(const View& view) {
 void RunModalWindow() {
     QDialog dialog;
     QTimer::singleShot(0, &dialog, [&dialog] {
-        static_cast<void>(QTest::qWaitForWindowExposed(&dialog));
+        // A window that goes before the window manager has given it the focus may take it along.
+        static_cast<void>(QTest::qWaitForWindowActive(&dialog));
         dialog.accept();
     });
     dialog.exec();
