@@ -8,7 +8,8 @@
 
 #include "app/Look.h"
 
-#include <sstream>
+#include <algorithm>
+#include <limits>
 
 using namespace Kestrin;
 
@@ -48,12 +49,10 @@ void NumericEditBox::SetUpField() {
 }
 
 int NumericEditBox::Get() const {
-    const bool ignored = false;
-    std::istringstream text(fField->GetText().string(UString::kASCII, ' ', ignored));
-    text.imbue(std::locale::classic());
-    int number = 0;
-    text >> number;
-    return number;
+    constexpr long kLeast = std::numeric_limits<int>::min();
+    constexpr long kMost = std::numeric_limits<int>::max();
+    return static_cast<int>(
+        std::clamp(UStringToNum(fField->GetText(), kDecimalFormat), kLeast, kMost));
 }
 
 void NumericEditBox::Show(int value) {

@@ -34,10 +34,6 @@ void MakeBold(QLabel& label) {
     label.setFont(font);
 }
 
-QString WithoutMnemonics(QString text) {
-    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
-
 } // namespace
 
 struct NativeAlert::Data {

@@ -30,10 +30,6 @@ QString OneLine(QString title) {
     return title;
 }
 
-QString WithoutMnemonics(QString text) {
-    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
-
 /// The program's style, but menus that are taller than the screen scroll instead of taking columns.
 class ScrollingMenuStyle : public QProxyStyle {
 public:

@@ -18,6 +18,11 @@ inline QString ToQString(std::u16string_view utf16) {
     return QString::fromUtf16(utf16.data(), static_cast<qsizetype>(utf16.size()));
 }
 
+/// For a caption, which shows an ampersand as the mark of a mnemonic unless it is doubled.
+inline QString WithoutMnemonics(QString caption) {
+    return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
 /// To UTF-8.
 inline std::string ToUtf8(const QString& text) {
     return text.toStdString();
