@@ -24,7 +24,7 @@ std::size_t TranscodeShort(const From* source, std::size_t count, std::size_t ca
     typename String::value_type room[kRoom];
     const Stretch done = transcode(source, count, room);
     out.clear();
-    out.reserve(capacity);
+    out.reserve(std::max(capacity, done.written));
     out.append(room, done.written);
     return done.consumed;
 }
