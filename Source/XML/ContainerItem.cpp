@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <mutex>
 #include <new>
 
 namespace Kestrin {
@@ -56,10 +57,12 @@ void ContainerItem::AddItem(const boost::shared_ptr<Item>& item) {
         FailString("XMLSerializable", "Source/XML/XMLSerializable", kAddedToItselfLine);
     const auto place = static_cast<std::uint32_t>(fItems.size());
     fItems.push_back(item);
+    SetChanged(true);
+    if (!fIsIndexed)
+        return;
     // The new child's own name becomes the key, which outlives that of an earlier namesake.
     const auto [entry, isNew] = fIndex.insert({NameKey(item->GetName()), place});
     *entry = {NameKey(item->GetName()), place};
-    SetChanged(true);
 }
 
 // By value: the caller's reference may be the list's own, which goes.
@@ -69,11 +72,23 @@ void ContainerItem::RemoveItem(boost::shared_ptr<Item> item) {
     if (item == nullptr || found == fItems.end())
         return;
     fItems.erase(found);
-    RebuildIndex();
+    fIsIndexed = false;
 }
 
-void ContainerItem::RebuildIndex() {
-    using Entry = std::pair<NameKey, std::uint32_t>;
+const ContainerItem::NameIndex& ContainerItem::Index() const {
+    static std::mutex building;
+    if (!fIsIndexed.load(std::memory_order_acquire)) {
+        const std::lock_guard lock(building);
+        if (!fIsIndexed.load(std::memory_order_relaxed)) {
+            fIndex = MakeIndex();
+            fIsIndexed.store(true, std::memory_order_release);
+        }
+    }
+    return fIndex;
+}
+
+ContainerItem::NameIndex ContainerItem::MakeIndex() const {
+    using Entry = NameIndex::value_type;
     std::vector<Entry> entries;
     entries.reserve(fItems.size());
     for (const auto& item : fItems)
@@ -88,12 +103,13 @@ void ContainerItem::RebuildIndex() {
     };
     const auto kept = std::unique(entries.rbegin(), entries.rend(), areNamesakes);
     entries.erase(entries.begin(), kept.base());
-    fIndex = sorted_vector_map<NameKey, std::uint32_t>(std::move(entries));
+    return NameIndex(std::move(entries));
 }
 
 const boost::shared_ptr<Item>* ContainerItem::Find(ItemType type, const UString& name) const {
-    const auto found = fIndex.find(NameKey(name));
-    if (found == fIndex.end())
+    const NameIndex& index = Index();
+    const auto found = index.find(NameKey(name));
+    if (found == index.end())
         return nullptr;
     const boost::shared_ptr<Item>& item = fItems[found->second];
     return item->GetType() == type ? &item : nullptr;

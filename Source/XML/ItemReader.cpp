@@ -20,8 +20,9 @@ constexpr std::size_t kRawDataSlack = std::size_t{1} << 20;
 constexpr int kRawDataTooLargeLine = 412;
 
 /// Takes out an item of which one of the last ones is known to be the place.
-void RemoveLast(std::vector<boost::shared_ptr<Item>>& items, const boost::shared_ptr<Item>& item) {
-    items.erase(std::next(std::find(items.rbegin(), items.rend(), item)).base());
+void RemoveLast(std::vector<boost::shared_ptr<Item>>& items, const Item* item) {
+    const auto isItem = [item](const auto& other) { return other.get() == item; };
+    items.erase(std::next(std::find_if(items.rbegin(), items.rend(), isItem)).base());
 }
 
 boost::shared_ptr<RawDataBuffer> Decode(const UString& text, std::uint32_t size) {
@@ -42,24 +43,25 @@ struct ItemReader::Element {
     explicit Element(Item::ItemType code)
         : type(code) {}
 
-    /// Empties the attribute.
-    void Take(AttributePair& attribute) {
-        if (attribute.name == kItemNameAttributeUString)
-            name = std::move(attribute.value);
-        else if (attribute.name == kValueAttributeUString)
-            value = std::move(attribute.value);
-        else if (attribute.name == kSizeAttributeUString)
-            size = std::move(attribute.value);
+    /// Takes an attribute, in UTF-8.
+    void Take(std::string_view attribute, const char* text) {
+        if (attribute == kItemNameAttribute)
+            name.emplace(text, UString::kUTF8);
+        else if (attribute == kValueAttribute)
+            value.emplace(text, UString::kUTF8);
+        else if (attribute == kSizeAttribute)
+            size = UString(text, UString::kUTF8);
         else
-            TakeForeign(attribute);
+            TakeForeign(UString(std::string(attribute), UString::kUTF8),
+                        UString(text, UString::kUTF8));
     }
 
-    void TakeForeign(AttributePair& attribute) {
-        if (attribute.name == kLanguageAttributeUString)
-            language = UStringToOSType(attribute.value);
-        else if (attribute.name == kPlatformAttributeUString)
-            isForThisPlatform = UStringToOSType(attribute.value) == kThisPlatform;
-        foreign.push_back(std::move(attribute));
+    void TakeForeign(UString attribute, UString text) {
+        if (attribute == kLanguageAttributeUString)
+            language = UStringToOSType(text);
+        else if (attribute == kPlatformAttributeUString)
+            isForThisPlatform = UStringToOSType(text) == kThisPlatform;
+        foreign.push_back({std::move(attribute), std::move(text)});
     }
 
     Item::ItemType type;
@@ -76,14 +78,7 @@ ItemReader::ItemReader(Parser& parser, unsigned int language)
     , fLanguage(language) {}
 
 void ItemReader::ReadChildren(ContainerItem& container) {
-    ReadUnindexed(container);
-    container.RebuildIndex();
-}
-
-/// The index waits until all children are there: entry by entry it would cost the square of their
-/// number.
-void ItemReader::ReadUnindexed(ContainerItem& container) {
-    boost::shared_ptr<Item> previous;
+    const Item* previous = nullptr;
     while (fParser.DownToChild()) {
         ReadElement(container, previous);
         fParser.UpToParent();
@@ -91,11 +86,10 @@ void ItemReader::ReadUnindexed(ContainerItem& container) {
     container.SetChanged(false);
 }
 
-void ItemReader::ReadElement(ContainerItem& container, boost::shared_ptr<Item>& previous) {
+void ItemReader::ReadElement(ContainerItem& container, const Item*& previous) {
     Element element(fParser.CurrentElementCode());
-    fParser.ReadAllAttributes(fAttributes);
-    for (AttributePair& attribute : fAttributes)
-        element.Take(attribute);
+    fParser.VisitAttributes(
+        [&element](const char* name, const char* value) { element.Take(name, value); });
     if (!element.isForThisPlatform)
         return;
     boost::shared_ptr<Item> item;
@@ -103,11 +97,11 @@ void ItemReader::ReadElement(ContainerItem& container, boost::shared_ptr<Item>& 
         item = MakeItem(element);
     // What is left unread beneath a wrapper, an unknown element or a leaf belongs here as well, in
     // front of the leaf.
-    ReadUnindexed(container);
+    ReadChildren(container);
     if (item == nullptr)
         return;
     item->SetAttributes(std::move(element.foreign));
-    Place(container, item, element.language, previous);
+    Place(container, std::move(item), element.language, previous);
 }
 
 /// Takes the name and the value out of the element.
@@ -147,18 +141,18 @@ boost::shared_ptr<Item> ItemReader::MakeContainer(UString name) {
 }
 
 /// A translation takes the place of the entry right before it; other languages are left out.
-void ItemReader::Place(ContainerItem& container, const boost::shared_ptr<Item>& item,
-                       unsigned int language, boost::shared_ptr<Item>& previous) const {
+void ItemReader::Place(ContainerItem& container, boost::shared_ptr<Item> item,
+                       unsigned int language, const Item*& previous) const {
     const bool isDefault = language == kDefaultLanguage;
     if (!isDefault && language != fLanguage) {
-        previous.reset();
+        previous = nullptr;
         return;
     }
     if (!isDefault && previous != nullptr && previous->GetName() == item->GetName() &&
         previous->GetType() == item->GetType())
         RemoveLast(container.fItems, previous);
-    container.fItems.push_back(item);
-    previous = item;
+    previous = item.get();
+    container.fItems.push_back(std::move(item));
 }
 
 } // namespace Kestrin

@@ -18,18 +18,15 @@ public:
 private:
     struct Element;
 
-    void ReadUnindexed(ContainerItem& container);
-    void ReadElement(ContainerItem& container, boost::shared_ptr<Item>& previous);
+    void ReadElement(ContainerItem& container, const Item*& previous);
     boost::shared_ptr<Item> MakeItem(Element& element);
     boost::shared_ptr<Item> MakeRawData(UString name, const UString& size);
     boost::shared_ptr<Item> MakeContainer(UString name);
-    void Place(ContainerItem& container, const boost::shared_ptr<Item>& item, unsigned int language,
-               boost::shared_ptr<Item>& previous) const;
+    void Place(ContainerItem& container, boost::shared_ptr<Item> item, unsigned int language,
+               const Item*& previous) const;
 
     Parser& fParser;
     unsigned int fLanguage;
-    /// Those of the element that is being looked at; kept from one to the next for its room.
-    AttributeList fAttributes;
 };
 
 } // namespace Kestrin

@@ -68,24 +68,37 @@ bool Item::HasChanged() const {
 }
 
 void Item::SetComment(const UString& comment) {
-    fComment = comment;
+    MakeNotes().comment = comment;
     fChanged = true;
 }
 
 void Item::SetAttributes(AttributeList attributes) {
-    fAttributes = std::move(attributes);
+    if (fNotes != nullptr || !attributes.empty())
+        MakeNotes().attributes = std::move(attributes);
+}
+
+const Item::Notes& Item::GetNotes() const {
+    static const Notes none;
+    return fNotes != nullptr ? *fNotes : none;
+}
+
+Item::Notes& Item::MakeNotes() {
+    if (fNotes == nullptr)
+        fNotes = std::make_unique<Notes>();
+    return *fNotes;
 }
 
 void Item::Write(Writer& writer) {
     static const Name nameAttribute("name");
-    if (!fComment.empty()) {
+    const Notes& notes = GetNotes();
+    if (!notes.comment.empty()) {
         writer.NewLine();
-        writer.Comment(WithoutHyphenRuns(fComment));
+        writer.Comment(WithoutHyphenRuns(notes.comment));
     }
     const Name element = ElementName(fType);
     writer.StartElement(element);
     writer.Attribute(nameAttribute, fName);
-    for (const AttributePair& pair : fAttributes) {
+    for (const AttributePair& pair : notes.attributes) {
         if (!HasOwnAttribute(pair.name))
             writer.Attribute(Name(pair.name, UString()), pair.value);
     }

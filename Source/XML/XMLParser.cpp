@@ -20,19 +20,12 @@ constexpr int kNoReaderLine = 93;
 constexpr int kReportedErrorLine = 416;
 constexpr int kReaderFailedLine = 419;
 
-// A document's own names are few; past this many they are not worth keeping.
-constexpr std::size_t kKnownNamesLimit = 16;
-
 const char* Chars(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
 }
 
 std::size_t Length(const xmlChar* text) {
     return std::strlen(Chars(text));
-}
-
-void Assign(UString& result, const xmlChar* text) {
-    result.assign(text, Length(text), UString::kUTF8);
 }
 
 UString ToUString(const xmlChar* text) {
@@ -64,6 +57,20 @@ void ErrorHandler(void* context, const char*, xmlParserSeverities severity,
     record.severityClass = SeverityClass(severity, record.severityClass);
     if (record.IsSet())
         record.line = static_cast<std::uint32_t>(xmlTextReaderLocatorLineNumber(locator));
+}
+
+/// Whether the attribute's value is one stretch of text and its name has no prefix.
+bool IsPlain(const xmlAttr& attribute) {
+    const xmlNode* value = attribute.children;
+    return attribute.ns == nullptr && value != nullptr && value->type == XML_TEXT_NODE &&
+           value->content != nullptr && value->next == nullptr;
+}
+
+bool HasPlainAttributes(const xmlNode& element) {
+    const xmlAttr* attribute = element.properties;
+    while (attribute != nullptr && IsPlain(*attribute))
+        attribute = attribute->next;
+    return attribute == nullptr && element.nsDef == nullptr;
 }
 
 bool IsText(int nodeType) {
@@ -218,37 +225,28 @@ unsigned int Parser::CurrentElementCode() {
 }
 
 bool Parser::ReadAllAttributes(AttributeList& attributes) {
-    const int count = std::max(0, xmlTextReaderAttributeCount(fReader.get()));
-    attributes.resize(static_cast<std::size_t>(count));
-    bool assigned = false;
-    for (int i = 0; i < count; ++i)
-        ReadAttribute(i, attributes[static_cast<std::size_t>(i)], assigned);
-    xmlTextReaderMoveToElement(fReader.get());
-    return assigned;
+    attributes.clear();
+    VisitAttributes([&attributes](const char* name, const char* value) {
+        attributes.push_back({UString(name, UString::kUTF8), UString(value, UString::kUTF8)});
+    });
+    return !attributes.empty();
 }
 
-void Parser::ReadAttribute(int index, AttributePair& pair, bool& assigned) {
-    xmlTextReaderMoveToAttributeNo(fReader.get(), index);
-    const xmlChar* name = xmlTextReaderConstName(fReader.get());
-    const xmlChar* value = xmlTextReaderConstValue(fReader.get());
-    if (name == nullptr || value == nullptr)
-        return;
-    AssignName(name, pair.name);
-    Assign(pair.value, value);
-    assigned = true;
-}
-
-void Parser::AssignName(const unsigned char* name, UString& result) {
-    // The address tells the name; see KnownName.
-    const auto known = std::find_if(fKnownNames.begin(), fKnownNames.end(),
-                                    [name](const KnownName& entry) { return entry.first == name; });
-    if (known != fKnownNames.end()) {
-        result = known->second;
+void Parser::VisitAttributes(const AttributeVisitor& visit) {
+    const xmlNode* element = xmlTextReaderCurrentNode(fReader.get());
+    if (element != nullptr && HasPlainAttributes(*element)) {
+        // What the steps below would show, without their cost.
+        for (const xmlAttr* plain = element->properties; plain != nullptr; plain = plain->next)
+            visit(Chars(plain->name), Chars(plain->children->content));
         return;
     }
-    Assign(result, name);
-    if (fKnownNames.size() < kKnownNamesLimit)
-        fKnownNames.emplace_back(name, result);
+    while (xmlTextReaderMoveToNextAttribute(fReader.get()) == 1) {
+        const xmlChar* name = xmlTextReaderConstName(fReader.get());
+        const xmlChar* value = xmlTextReaderConstValue(fReader.get());
+        if (name != nullptr && value != nullptr)
+            visit(Chars(name), Chars(value));
+    }
+    xmlTextReaderMoveToElement(fReader.get());
 }
 
 UString Parser::ReadText() {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <utility>
@@ -71,6 +72,13 @@ public:
     /// False when it has none.
     bool ReadAllAttributes(AttributeList& attributes);
 
+    /// What is called with the name and the value of an attribute, in UTF-8, which last as long as
+    /// the call.
+    using AttributeVisitor = std::function<void(const char* name, const char* value)>;
+
+    /// Shows `visit` what ReadAllAttributes would read.
+    void VisitAttributes(const AttributeVisitor& visit);
+
     /// The text from the cursor to the next child element, comment or end of the current element.
     UString ReadText();
 
@@ -111,10 +119,6 @@ private:
         void operator()(_xmlTextReader* reader) const;
     };
 
-    /// A name where libxml2 keeps it, once for all its uses and as long as the reader lives, and as
-    /// a UString.
-    using KnownName = std::pair<const unsigned char*, UString>;
-
     bool Advance(int& nodeType, bool stopAtInstructions);
     bool ReadNode();
     int NodeType();
@@ -123,8 +127,6 @@ private:
     bool DoDownToChild();
     bool SkipToEnd();
     bool AppendText(int nodeType, UString& text);
-    void ReadAttribute(int index, AttributePair& pair, bool& assigned);
-    void AssignName(const unsigned char* name, UString& result);
     int Checked(int answer) const;
 
     std::shared_ptr<void> fOwnedObject;
@@ -139,7 +141,6 @@ private:
     bool fCollectInstructions = false;
     std::deque<Instruction> fInstructions;
     std::unique_ptr<ElementFilter> fFilter;
-    std::vector<KnownName> fKnownNames;
     /// The local name that fCode is the code of.
     const unsigned char* fCodedName = nullptr;
     unsigned int fCode = 0;

@@ -3,6 +3,7 @@
 #include "Strings/SortedVectorMap.h"
 #include "XML/XMLName.h"
 
+#include <atomic>
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <iosfwd>
@@ -69,13 +70,13 @@ public:
     const UString& GetName() const { return fName; }
 
     /// Stands in front of the element. It is not read back.
-    const UString& GetComment() const { return fComment; }
+    const UString& GetComment() const { return GetNotes().comment; }
     void SetComment(const UString& comment);
 
     /// The attributes of the element that the item was read from, less "name", "value" and "size",
     /// for which the item has its own: "lang", "platform" and whatever else stood there. They are
     /// written back unchanged.
-    const AttributeList& GetAttributes() const { return fAttributes; }
+    const AttributeList& GetAttributes() const { return GetNotes().attributes; }
     /// Attributes of those three names are never written.
     void SetAttributes(AttributeList attributes);
 
@@ -85,11 +86,19 @@ protected:
     void SetChanged(bool changed) { fChanged = changed; }
 
 private:
+    /// What few items have.
+    struct Notes {
+        UString comment;
+        AttributeList attributes;
+    };
+
+    const Notes& GetNotes() const;
+    Notes& MakeNotes();
+
     ItemType fType;
-    UString fName;
-    UString fComment;
-    AttributeList fAttributes;
     bool fChanged = false;
+    UString fName;
+    std::unique_ptr<Notes> fNotes;
 };
 
 /// A leaf: a name and one value of a type that the code `kType` stands for.
@@ -127,7 +136,8 @@ using UStringItem = ValueItem<Item::kUString, UString>;
 /// Its buffer may be null and may be shared with others.
 using RawDataItem = ValueItem<Item::kRawData, boost::shared_ptr<RawDataBuffer>>;
 
-/// An inner node: children in the order in which they were added, found by name.
+/// An inner node: children in the order in which they were added, found by name. Several threads
+/// may look into a container at once while none changes it.
 class ContainerItem : public Item {
 public:
     explicit ContainerItem(UString name);
@@ -161,7 +171,6 @@ private:
 
     using Items = std::vector<boost::shared_ptr<Item>>;
 
-    void RebuildIndex();
     void ReleaseItems();
 
     /// A child's name, where the child keeps it. Keys are in the order of their hashes, which can
@@ -178,10 +187,17 @@ private:
         const UString* name;
     };
 
-    const boost::shared_ptr<Item>* Find(ItemType type, const UString& name) const;
+    using NameIndex = sorted_vector_map<NameKey, std::uint32_t>;
 
-    sorted_vector_map<NameKey, std::uint32_t> fIndex;
+    const boost::shared_ptr<Item>* Find(ItemType type, const UString& name) const;
+    const NameIndex& Index() const;
+    NameIndex MakeIndex() const;
+
     Items fItems;
+    /// The places of the items. Made when a name is first looked up, which several threads may do
+    /// at once.
+    mutable NameIndex fIndex;
+    mutable std::atomic<bool> fIsIndexed = false;
 };
 
 boost::shared_ptr<UStringItem> CreateUString(UString name, UString value);

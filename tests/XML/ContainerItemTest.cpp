@@ -2,6 +2,10 @@
 
 #include "tests/XML/Documents.h"
 
+#include <atomic>
+#include <barrier>
+#include <thread>
+
 namespace {
 
 using namespace Kestrin;
@@ -22,6 +26,26 @@ TEST(ContainerItem, FindsTheLastOfNamesakesAndKeepsThemAll) {
     EXPECT_EQ(TextOf(*container, "b"), "(none)");
     container->AddItem(CreateUString(U("b"), U("x")));
     EXPECT_EQ(container->GetItem(Item::kSInt32, U("b")), nullptr);
+}
+
+TEST(ContainerItem, IsFirstLookedIntoBySeveralThreads) {
+    constexpr int kRounds = 3000;
+    std::vector<boost::shared_ptr<ContainerItem>> containers;
+    for (int i = 0; i < kRounds; ++i)
+        containers.push_back(ReadElements("<TEXT name='a' value='1'/>"));
+    std::atomic<int> found = 0;
+    std::barrier round(2);
+    const auto look = [&] {
+        for (const auto& container : containers) {
+            round.arrive_and_wait();
+            found += static_cast<int>(container->FindUString(U("a")) != nullptr);
+        }
+    };
+    {
+        const std::jthread other(look);
+        look();
+    }
+    EXPECT_EQ(found, 2 * kRounds);
 }
 
 TEST(ContainerItem, FailsWhenAddedToItself) {
