@@ -11,7 +11,7 @@ QAccessible::Role RoleOf(AccessibleRole role) {
     case AccessibleRole::kButton:
         return QAccessible::PushButton;
     case AccessibleRole::kPopUpButton:
-        return QAccessible::ButtonMenu;
+        return QAccessible::ComboBox;
     case AccessibleRole::kStaticText:
         return QAccessible::StaticText;
     case AccessibleRole::kTextField:
@@ -38,7 +38,12 @@ public:
     QAccessible::Role role() const override { return RoleOf(fView.GetAccessibleRole()); }
 
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? fView.AccessibleValue() : QAccessibleWidget::text(kind);
+        if (kind == QAccessible::Value)
+            return fView.AccessibleValue();
+        const QString text = QAccessibleWidget::text(kind);
+        // AT-SPI has no other place for the value of what is neither a number nor editable.
+        const bool isWithValue = kind == QAccessible::Name && !fView.AccessibleValue().isEmpty();
+        return isWithValue ? text + QChar::Space + fView.AccessibleValue() : text;
     }
 
     QStringList actionNames() const override {
@@ -60,8 +65,10 @@ private:
 };
 
 QAccessibleInterface* AccessibleOf(const QString&, QObject* object) {
-    auto* view = dynamic_cast<QtView*>(object);
-    return view ? new AccessibleView(*view) : nullptr;
+    if (auto* view = dynamic_cast<QtView*>(object))
+        return new AccessibleView(*view);
+    auto* window = dynamic_cast<QtWindow*>(object);
+    return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
 }
 
 } // namespace

@@ -190,8 +190,8 @@ TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
     left.EnableKeyFocus(true);
     notes.clear();
     const NativeInput::Spoken spoken = NativeInput::SpokenOfFocus(root);
-    EXPECT_EQ(spoken.role, "menu button");
-    EXPECT_EQ(spoken.name, "Größe");
+    EXPECT_EQ(spoken.role, "combo box");
+    EXPECT_EQ(spoken.name, "Größe medium");
     EXPECT_EQ(spoken.value, "medium");
     EXPECT_TRUE(spoken.focused);
     EXPECT_TRUE(NativeInput::PressByScreenReader(left));

@@ -53,7 +53,7 @@ const std::map<char16_t, Qt::Key> kFunctionKeys = {
 };
 
 const std::map<QAccessible::Role, std::string> kRoleNames = {
-    {QAccessible::ButtonMenu, "menu button"},
+    {QAccessible::ComboBox, "combo box"},
     {QAccessible::EditableText, "text field"},
 };
 

@@ -58,7 +58,7 @@ bool PressByScreenReader(const Kestrin::View& view);
 
 /// What a screen reader reads of what has the focus of the window.
 struct Spoken {
-    std::string role; ///< "menu button" or "text field"
+    std::string role; ///< "combo box" or "text field"
     std::string name;
     std::string value;
     bool focused = false;
