@@ -19,9 +19,8 @@ std::string FailureOfValidating(const std::string& document) {
     return FailureOf([&document] {
         std::istringstream stream(document);
         Parser parser(stream, Parser::kValidate);
-        parser.DownToChild();
-        parser.UpToParent();
-        parser.DownToChild();
+        while (parser.DownToChild()) {
+        }
     });
 }
 
@@ -42,6 +41,7 @@ TEST(HostileInput, ReportsWhatIsNotWellFormedOrJustWarnedOf) {
          {"<a></b>", "<a b='1' b='2'/>", "<a>&unknown;</a>", "<a>\x80</a>", "<a>&#1;</a>", "text",
           "<?xml version='1.0' encoding='no-such'?><a/>", "<a/><b/>", "<a x:b=''/>",
           "<?xml version='1.0' encoding='UTF-16'?><a/>", "\xff\xfe<", "<r xmlns='no uri'/>",
+          "<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>",
           "<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA ''><!ATTLIST r a CDATA ''>]><r/>"})
         EXPECT_EQ(FailureOfReading(document), kReportedError) << document;
     EXPECT_EQ(FailureOfReading("<?xml version='1.0' encoding='ISO-8859-1'?><XSET name='\xe9'/>"),
@@ -50,7 +50,7 @@ TEST(HostileInput, ReportsWhatIsNotWellFormedOrJustWarnedOf) {
 
 std::string Repeated(const std::string& text, int times) {
     std::string repeated;
-    for (int i = 0; i < times; ++i)
+    while (times-- > 0)
         repeated += text;
     return repeated;
 }
@@ -62,7 +62,6 @@ TEST(HostileInput, ReadsTreesAsDeepAsLibxml2Allows) {
     const std::string written = WriteSerializedString(*ReadDocument(nested(250)));
     EXPECT_EQ(WriteSerializedString(*ReadDocument(written)), written);
     EXPECT_EQ(FailureOfReading(nested(1000)), kReportedError);
-    EXPECT_EQ(FailureOfReading(Repeated("<w>", 100'000)), kReportedError);
 }
 
 TEST(HostileInput, StopsEntityBombs) {
@@ -70,34 +69,24 @@ TEST(HostileInput, StopsEntityBombs) {
     for (int i = 1; i < 12; ++i)
         bomb += "<!ENTITY a" + std::to_string(i) + " '" +
                 Repeated("&a" + std::to_string(i - 1) + ";", 10) + "'>";
-    for (const std::string& document :
-         {bomb + "]><r><XSET name='s'><TEXT name='t'>&a11;</TEXT></XSET></r>",
-          bomb + "]><r><XSET name='&a11;'/></r>",
-          std::string("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>")})
-        EXPECT_EQ(FailureOfReading(document), kReportedError);
+    for (const char* element : {"<TEXT name='t'>&a11;</TEXT>", "<XSET name='&a11;'/>"})
+        EXPECT_EQ(FailureOfReading(bomb + "]>" + element), kReportedError);
 }
 
+int gForeignRequests = 0;
+
 /// Counts what libxml2 is asked to open for the rest of the process.
-class ForeignLoader {
-public:
-    ForeignLoader() { xmlSetExternalEntityLoader(Count); }
-    ~ForeignLoader() { xmlSetExternalEntityLoader(fBefore); }
-
-    static xmlParserInputPtr Count(const char*, const char*, xmlParserCtxtPtr) {
-        ++sRequests;
-        return nullptr;
-    }
-    static inline int sRequests = 0;
-
-private:
-    xmlExternalEntityLoader fBefore = xmlGetExternalEntityLoader();
-};
+xmlParserInputPtr CountRequest(const char*, const char*, xmlParserCtxtPtr) {
+    ++gForeignRequests;
+    return nullptr;
+}
 
 TEST(HostileInput, OpensNothingButItsStream) {
     const TemporaryFolder folder;
     const std::string file = (folder / "r.dtd").string();
     std::ofstream(file) << "<!ELEMENT r ANY>";
-    const ForeignLoader others;
+    const auto before = xmlGetExternalEntityLoader();
+    xmlSetExternalEntityLoader(CountRequest);
     for (const std::string& url : {file, "file://" + file, std::string("http://localhost:1/x")}) {
         const std::string type = "<!DOCTYPE r SYSTEM '" + url + "'";
         EXPECT_EQ(FailureOfReading(type + "[<!ENTITY e SYSTEM '" + url + "'>]><r>&e;</r>"),
@@ -108,16 +97,15 @@ TEST(HostileInput, OpensNothingButItsStream) {
         EXPECT_EQ(FailureOfReading(type + "><r/>"), "(done)");
         EXPECT_EQ(FailureOfValidating(type + "><r/>"), kReportedError);
     }
-    EXPECT_EQ(ForeignLoader::sRequests, 0);
+    EXPECT_EQ(gForeignRequests, 0);
 
     // Meanwhile other users of libxml2 have their own.
     std::istringstream stream("<r/>");
     Parser parser(stream, Parser::kDontValidate);
     parser.DownToChild();
-    const std::string document = "<!DOCTYPE r [<!ENTITY e SYSTEM 'x'>]><r>&e;</r>";
-    xmlFreeDoc(xmlReadMemory(document.c_str(), static_cast<int>(document.size()), nullptr, nullptr,
-                             XML_PARSE_NOENT | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
-    EXPECT_EQ(ForeignLoader::sRequests, 1);
+    xmlLoadExternalEntity("x", nullptr, nullptr);
+    EXPECT_EQ(gForeignRequests, 1);
+    xmlSetExternalEntityLoader(before);
 }
 
 TEST(HostileInput, ValidatesAgainstTheInternalSubsetOnly) {
@@ -126,38 +114,22 @@ TEST(HostileInput, ValidatesAgainstTheInternalSubsetOnly) {
     EXPECT_EQ(FailureOfValidating("<r/>"), kReportedError);
 }
 
-/// Delivers the sound document one byte at a time, and breaks where it is cut off.
-class Dripping : public std::streambuf {
-public:
-    explicit Dripping(std::size_t length)
-        : fText(kSound.substr(0, length)) {}
-
-protected:
-    int_type underflow() override {
-        if (fNext == kSound.size())
-            return traits_type::eof();
-        if (fNext == fText.size())
-            throw std::runtime_error("the disk is gone");
-        setg(&fText[fNext], &fText[fNext], &fText[fNext] + 1);
-        return traits_type::to_int_type(fText[fNext++]);
-    }
-
-private:
-    std::string fText;
-    std::size_t fNext = 0;
+struct Breaking : std::streambuf {
+    int_type underflow() override { throw std::runtime_error("the disk is gone"); }
 };
 
-TEST(HostileInput, TakesStreamsThatDripFailOrThrow) {
+TEST(HostileInput, TakesStreamsThatFailOrThrow) {
     const auto read = [](std::istream& stream) {
         return FailureOf([&stream] { ReadContainerFromFile(&stream, kDefaultLanguage); });
     };
     for (const auto exceptions : {std::ios::goodbit, std::ios::badbit | std::ios::eofbit}) {
-        for (std::size_t length : {kSound.size(), kSound.size() / 2, std::size_t(0)}) {
-            Dripping buffer(length);
-            std::istream stream(&buffer);
-            stream.exceptions(exceptions);
-            EXPECT_EQ(read(stream), length == kSound.size() ? "(done)" : kReportedError);
-        }
+        std::istringstream sound(kSound);
+        sound.exceptions(exceptions);
+        EXPECT_EQ(read(sound), "(done)");
+        Breaking buffer;
+        std::istream broken(&buffer);
+        broken.exceptions(exceptions);
+        EXPECT_EQ(read(broken), kReportedError);
     }
     std::ifstream closed;
     EXPECT_EQ(read(closed), kReportedError);

@@ -8,11 +8,6 @@ namespace {
 
 using namespace Kestrin;
 
-std::string InContainer(const std::string& lines) {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<resource_list>\n\t<XSET name=\"s\">\n" +
-           lines + "\t</XSET>\n</resource_list>\n";
-}
-
 /// What is written of a container with these elements, without layout and in single quotes.
 std::string Rewritten(const std::string& elements) {
     std::string written = WriteSerializedString(*ReadElements(elements));
@@ -23,55 +18,55 @@ std::string Rewritten(const std::string& elements) {
 }
 
 TEST(ItemFormat, ReadsEveryTypeAndWritesItBack) {
-    const std::string document = InContainer("\t\t<SINT name=\"i\" value=\"-7\"/>\n"
-                                             "\t\t<DBLE name=\"d\" value=\"2.500000\"/>\n"
-                                             "\t\t<OSTY name=\"o\" value=\"TEXT\"/>\n"
-                                             "\t\t<TEXT name=\"t\">a &lt; b</TEXT>\n"
-                                             "\t\t<DATA name=\"r\" size=\"20\">\n"
-                                             "\t\t\t000d1a2734414e5b6875828f9ca9b6c3\n"
-                                             "\t\t\td0ddeaf7\n"
-                                             "\t\t</DATA>\n"
-                                             "\t\t<TEXT name=\"b\">XML_SPACE_ENCODE</TEXT>\n"
-                                             "\t\t<XSET name=\"c\"/>\n");
+    std::string document = R"(<?xml version="1.0" encoding="UTF-8"?>
+<resource_list>
+	<XSET name="s">
+		<SINT name="i" value="-7"/>
+		<DBLE name="d" value="2.500000"/>
+		<OSTY name="o" value="TEXT"/>
+		<TEXT name="t">a &lt; b</TEXT>
+		<DATA name="r" size="20">
+			000d1a2734414e5b6875828f9ca9b6c3
+			d0ddeaf7
+		</DATA>
+		<TEXT name="b">XML_SPACE_ENCODE</TEXT>
+		<XSET name="c"/>
+	</XSET>
+</resource_list>
+)";
     const auto read = ReadDocument(document);
     EXPECT_EQ(Child<SInt32Item>(*read, 0)->GetValue(), -7);
     EXPECT_EQ(Child<DoubleItem>(*read, 1)->GetValue(), 2.5);
     EXPECT_EQ(Child<OSTypeItem>(*read, 2)->GetValue(), FourCharCode("TEXT"));
-    EXPECT_EQ(TextOf(*read, "t"), "a < b");
-    const auto bytes = Child<RawDataItem>(*read, 4)->GetValue();
-    ASSERT_EQ(bytes->size, 20u);
-    for (unsigned int i = 0; i < bytes->size; ++i)
-        EXPECT_EQ(bytes->data[i], i * 13);
+    EXPECT_EQ(WriteSerializedString(*read), document);
+
+    read->AddItem(CreateRawData(U("n"), {}));
+    Child<RawDataItem>(*read, 7)->SetComment(U("a--b---c-"));
+    document.insert(document.find("\t</XSET>"), "\t\t<!--a-b-c- -->\n\t\t<DATA name=\"n\"/>\n");
     EXPECT_EQ(WriteSerializedString(*read), document);
 }
 
 TEST(ItemFormat, MakesTheBestOfUnusualElements) {
     const std::pair<const char*, const char*> elements[] = {
         // A value goes before the text; numbers wrap, four characters are filled up.
-        {"<TEXT name='n' value=''/>", "<TEXT name='n'></TEXT>"},
-        {"<TEXT name='n' value='v'>text</TEXT>", "<TEXT name='n'>v</TEXT>"},
+        {"<TEXT name='n' value=''>text</TEXT>", "<TEXT name='n'></TEXT>"},
         {"<SINT name='n' value='4294967297'/>", "<SINT name='n' value='1'/>"},
-        {"<SINT name='n'/>", "<SINT name='n' value='0'/>"},
-        {"<DBLE name='n' value='1e3'/>", "<DBLE name='n' value='1000'/>"},
+        {"<SINT name='n' value='-2147483648'/>", "<SINT name='n' value='-2147483648'/>"},
         {"<OSTY name='n' value='ab'/>", "<OSTY name='n' value='ab'/>"},
         // Blanks alone are layout, but for a single one.
-        {"<TEXT name='n'> </TEXT>", "<TEXT name='n'></TEXT>"},
         {"<TEXT name='n'> \n\t </TEXT>", "<TEXT name='n'></TEXT>"},
         {"<TEXT name='n'><![CDATA[ ]]></TEXT>", "<TEXT name='n'>XML_SPACE_ENCODE</TEXT>"},
         {"<TEXT name='n' value=' '/>", "<TEXT name='n'>XML_SPACE_ENCODE</TEXT>"},
-        {"<TEXT name='n'>  x </TEXT>", "<TEXT name='n'>  x </TEXT>"},
         // A text ends where something else begins, and nothing behind it counts.
         {"<TEXT name='n'>one<!-- c -->two</TEXT>", "<TEXT name='n'>one</TEXT>"},
         {"<TEXT name='n'>one<?pi x?>two</TEXT>", "<TEXT name='n'>one</TEXT>"},
         {"<TEXT name='n'><?pi x?>  <!-- c --><![CDATA[<]]>&amp;&#x41;</TEXT>",
          "<TEXT name='n'>&lt;&amp;A</TEXT>"},
-        {"<TEXT name='n'>XML_SPACE_ENCODE!</TEXT>", "<TEXT name='n'>XML_SPACE_ENCODE!</TEXT>"},
         {"<g>text<SINT name='in'/></g><SINT name='n' value='1'/>", "<SINT name='n' value='1'/>"},
         // Raw data has the size that the file gives.
         {"<DATA name='n' size='4'>a b:c d</DATA>", "<DATA name='n' size='4'>abcd0000</DATA>"},
         {"<DATA name='n' size='1'>abcdef</DATA>", "<DATA name='n' size='1'>ab</DATA>"},
         {"<DATA name='n'>ab</DATA>", "<DATA name='n' size='0'/>"},
-        {"<DATA name='n' size='2'/>", "<DATA name='n' size='2'>0000</DATA>"},
         // Wrappers are looked through, other platforms are not.
         {"<a><TEXT name='n'>1</TEXT><b><SINT name='m'/></b></a>",
          "<TEXT name='n'>1</TEXT><SINT name='m' value='0'/>"},
@@ -98,14 +93,6 @@ TEST(ItemFormat, RefusesRawDataOfUnlikelySize) {
     EXPECT_NO_THROW(ReadElements("<DATA name='r' size='1048578'>abcd</DATA>"));
     for (const std::string size : {"1048579", "4294967295", "-1", "99999999999999999999"})
         EXPECT_THROW(ReadElements("<DATA name='r' size='" + size + "'>abcd</DATA>"), int) << size;
-}
-
-TEST(ItemFormat, WritesCommentsAndMissingRawData) {
-    const auto container = CreateContainer(U("s"));
-    container->AddItem(CreateRawData(U("n"), {}));
-    Child<RawDataItem>(*container, 0)->SetComment(U("a--b---c-"));
-    EXPECT_EQ(WriteSerializedString(*container),
-              InContainer("\t\t<!--a-b-c- -->\n\t\t<DATA name=\"n\"/>\n"));
 }
 
 TEST(ItemFormat, HasAContainerOrNothingForItsResult) {
@@ -136,23 +123,13 @@ TEST(ItemFormat, PrefersTheWantedLanguage) {
 
 /// Never blanks alone, which would not survive.
 UString RandomText(std::mt19937& random) {
-    static const char* const pieces[] = {"",    "a", "&amp;",  "<",  "]]>",        "\"'", "\r\nx",
+    static const std::string pieces[] = {"",    "a", "&amp;",  "<",  "]]>",        "\"'", "\r\nx",
                                          "\t-", "é", "\u2026", " b", "\U00010042", "-- x"};
-    const std::string first = pieces[random() % std::size(pieces)];
-    return U(first + pieces[random() % std::size(pieces)]);
+    return U(pieces[random() % std::size(pieces)] + pieces[random() % std::size(pieces)]);
 }
 
 boost::shared_ptr<Item> RandomTree(std::mt19937& random, int depth) {
-    const auto kind = random() % (depth > 0 ? 7 : 4);
-    if (kind == 0)
-        return boost::shared_ptr<Item>(new SInt32Item(RandomText(random), random() - 1));
-    if (kind == 1)
-        return boost::shared_ptr<Item>(
-            new OSTypeItem(RandomText(random), 0x20202020u + random() % 90));
-    if (kind == 2)
-        return boost::shared_ptr<Item>(
-            new DoubleItem(RandomText(random), static_cast<int>(random() % 999) / 8.0 - 50));
-    if (kind == 3)
+    if (depth == 0 || random() % 3 == 0)
         return CreateUString(RandomText(random), RandomText(random));
     const auto container = CreateContainer(RandomText(random));
     for (auto children = random() % 6; children > 0; --children)

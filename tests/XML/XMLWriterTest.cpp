@@ -49,8 +49,7 @@ TEST_F(WriterTest, ReportsWhatCannotBeWritten) {
 }
 
 TEST_F(WriterTest, TellsWhatXMLForbids) {
-    for (const char* text : {"", "a\t\n\r", "\u00e9\ud7ff\ue000\ufffd", "\U00010000"})
-        EXPECT_TRUE(Writer::IsValidString(U(text))) << text;
+    EXPECT_TRUE(Writer::IsValidString(U("a\t\n\r\u00e9\ud7ff\ue000\ufffd\U00010000")));
     for (unsigned short unit : {0x0, 0x8, 0xB, 0xC, 0xE, 0x1F, 0xD800, 0xDFFF, 0xFFFE, 0xFFFF})
         EXPECT_FALSE(Writer::IsValidString(UString(unit))) << unit;
 }
