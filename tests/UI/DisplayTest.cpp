@@ -11,19 +11,12 @@ using testing::Not;
 
 class Display : public ShownWindow {
 protected:
-    Display() {
-        // The window manager puts its frame around the window after it is shown.
-        EXPECT_TRUE(NativeInput::WaitUntil([this] { return window->GetRect().y > 0; }));
-        notes.clear();
-    }
-
     bool Noted(const std::string& note) {
         return NativeInput::WaitUntil([&] { return testing::Matches(Contains(note))(notes); });
     }
     void PointAt(const View& view, const Point& where) {
         const Point at = view.ViewToScreen(where);
-        Desktop::Input("mousemove " + std::to_string(std::lround(at.x)) + " " +
-                       std::to_string(std::lround(at.y)));
+        Desktop::PointAt({at.x, at.y});
     }
 };
 
@@ -91,8 +84,7 @@ TEST_F(Display, ADialogThatThePressOpensByMovingTheFocusKeepsThePressFromActing)
     Desktop::Input("mousedown 1");
     ASSERT_TRUE(Noted("answered")) << testing::PrintToString(notes);
     ASSERT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
-    EXPECT_THAT(notes, Not(Contains("right click 30,40")));
-    EXPECT_THAT(notes, Not(Contains("right up")));
+    EXPECT_THAT(notes, Not(Contains(testing::AnyOf("right click 30,40", "right up"))));
     Desktop::Input("click 1");
     ASSERT_TRUE(Noted("right up"));
     EXPECT_THAT(notes, Contains(testing::EndsWith("click 30,40")));

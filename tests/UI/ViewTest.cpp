@@ -4,9 +4,6 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr Kestrin::RGBAColor kRed{1, 0, 0, 1};
-constexpr Kestrin::RGBAColor kGreen{0, 1, 0, 1};
-
 /// Fills itself and counts how often.
 class FilledView : public View {
 public:
@@ -28,60 +25,42 @@ private:
 
 class Views : public ShownWindow {
 protected:
-    std::unique_ptr<FilledView> red = std::make_unique<FilledView>(kRed);
-    std::unique_ptr<FilledView> green = std::make_unique<FilledView>(kGreen);
+    std::unique_ptr<FilledView> red{new FilledView({1, 0, 0, 1})};
+    std::unique_ptr<FilledView> green{new FilledView({0, 1, 0, 1})};
 };
 
 TEST_F(Views, OnlyTheOriginOfANegativeFrameIsSetRight) {
     Place(*red, {0, 0, 50, 50});
     red->SetRect({50, 40, -10, 20});
     EXPECT_EQ(red->GetRect(), (Rect{40, 40, -10, 20}));
-    EXPECT_TRUE(red->IsVisible());
     EXPECT_NE(NativeInput::Picture(root).At(45, 45), 0xFF0000u);
     // Nor does the toolkit come to harm by what no screen has room for.
     red->SetRect({-1e30F, std::nanf(""), 1e30F, 1e30F});
     NativeInput::Settle();
-    EXPECT_EQ(red->GetRect().x, -1e30F);
-}
-
-TEST_F(Views, ConversionsAreZeroWithoutAWindowAndAddUpWithin) {
-    green->PlaceInView(red.get(), 5, 6);
-    EXPECT_EQ(green->ViewToWindow({1, 1}), (Point{0, 0}));
-    EXPECT_EQ(green->ViewToScreen({1, 1}), (Point{0, 0}));
-    Place(*red, {30, 20, 100, 60});
-    EXPECT_EQ(green->ViewToWindow({1, 1}), (Point{36, 27}));
-    const Rect content = window->GetRect();
-    EXPECT_EQ(green->ViewToScreen({1, 1}), (Point{content.x + 36, content.y + 27}));
-    red.reset();
-    EXPECT_EQ(green->ViewToWindow({1, 1}), (Point{0, 0}));
 }
 
 TEST_F(Views, ADrawRepaintsOnlyWhatWasInvalidatedAndAMoveTheParent) {
-    FilledView parent(kRed);
+    FilledView parent({0, 0, 1, 1});
     Place(parent, {0, 0, 100, 100});
     Place(*red, {10, 10, 20, 20}, &parent);
     Place(*green, {60, 10, 20, 20}, &parent);
     ASSERT_TRUE(NativeInput::WaitUntil([&] { return green->draws > 0; }));
-    const int reds = red->draws;
-    const int greens = green->draws;
+    const auto expectDraws = [&](int ofRed, int ofParent) {
+        NativeInput::Settle();
+        EXPECT_EQ(std::exchange(red->draws, 0), ofRed);
+        EXPECT_EQ(std::exchange(parent.draws, 0), ofParent);
+    };
+    red->draws = parent.draws = green->draws = 0;
     red->Inval();
     red->Inval();
-    EXPECT_EQ(red->draws, reds);
-    NativeInput::Settle();
-    EXPECT_EQ(red->draws, reds + 1);
+    EXPECT_EQ(red->draws, 0);
+    expectDraws(1, 1); // what lies beneath a view that is not opaque
+    EXPECT_EQ(green->draws, 0);
     red->DrawNow();
-    EXPECT_EQ(red->draws, reds + 2);
-    red->SetRect({10, 10, 20, 20});
-    NativeInput::Settle();
-    EXPECT_EQ(red->draws, reds + 2);
-    EXPECT_EQ(green->draws, greens);
-    const int parents = parent.draws;
+    EXPECT_EQ(red->draws, 1);
+    expectDraws(1, 1);
     red->MoveTo(12, 10);
-    NativeInput::Settle();
-    EXPECT_EQ(parent.draws, parents + 1);
-    red->SetDimensions(22, 20);
-    NativeInput::Settle();
-    EXPECT_EQ(parent.draws, parents + 2);
+    expectDraws(1, 1);
 }
 
 TEST_F(Views, OpacityMultipliesThroughTheParents) {
@@ -89,7 +68,6 @@ TEST_F(Views, OpacityMultipliesThroughTheParents) {
     Place(*red, {0, 0, 40, 40});
     Place(middle, {0, 0, 40, 40});
     Place(*green, {0, 0, 40, 40}, &middle);
-    EXPECT_EQ(NativeInput::Picture(root).At(20, 20), 0x00FF00u);
     middle.SetOpacity(0.5f);
     green->SetOpacity(0.5f);
     const std::uint32_t mixed = NativeInput::Picture(root).At(20, 20);
@@ -100,10 +78,8 @@ TEST_F(Views, OpacityMultipliesThroughTheParents) {
 TEST_F(Views, FramesBetweenPointsStaySharpAtTwoPixelsAPoint) {
     Place(*red, {10.5f, 10, 20, 20});
     const NativeInput::Picture picture(root, 2);
-    EXPECT_NE(picture.At(20, 40), 0xFF0000u);
-    EXPECT_EQ(picture.At(21, 40), 0xFF0000u);
-    EXPECT_EQ(picture.At(60, 40), 0xFF0000u);
-    EXPECT_NE(picture.At(61, 40), 0xFF0000u);
+    for (const int x : {20, 21, 60, 61})
+        EXPECT_EQ(picture.At(x, 40) == 0xFF0000u, x == 21 || x == 60) << x;
 }
 
 TEST_F(Views, HidingTellsTheViewAndAllShownWithin) {
@@ -119,8 +95,7 @@ TEST_F(Views, HidingTellsTheViewAndAllShownWithin) {
     right.ShowHide(true);
     EXPECT_FALSE(right.IsVisible());
     left.ShowHide(true);
-    EXPECT_TRUE(right.IsVisible());
-    EXPECT_FALSE(hidden.IsVisible());
+    EXPECT_TRUE(right.IsVisible() && !hidden.IsVisible());
 }
 
 TEST_F(Views, AViewShownBeforeItIsPlacedIsNoWindowOfItsOwn) {
@@ -138,10 +113,9 @@ TEST_F(Views, TabAndClicksMoveTheFocusBetweenTheViewsThatTakeIt) {
     for (NotingView* each : {&left, &disabled, &right})
         each->SetTabStop(true);
     disabled.Enable(false);
-    NativeInput::Key(root, Kestrin::kNativeTab);
-    NativeInput::Key(root, Kestrin::kNativeTab);
+    NativeInput::Type(root, "Tab, Tab");
     EXPECT_TRUE(right.HasKeyFocus());
-    NativeInput::Key(root, Kestrin::kNativeBackTab, Kestrin::kNativeShift);
+    NativeInput::Type(root, "Shift+Backtab");
     EXPECT_TRUE(left.HasKeyFocus());
     notes.clear();
     left.EnableClickThrough(true);
@@ -155,32 +129,29 @@ TEST_F(Views, TabAndClicksMoveTheFocusBetweenTheViewsThatTakeIt) {
 }
 
 TEST_F(Views, KeysThatTheFocusedViewRefusesReachTheWindow) {
-    NativeInput::Key(root, Kestrin::kNativeEscape);
+    NativeInput::Type(root, "Escape");
     left.EnableKeyFocus(true);
-    NativeInput::Key(root, u'a');
-    NativeInput::Key(root, u'v', Kestrin::kNativeControl);
+    NativeInput::Type(root, "A, Ctrl+V");
     left.takesKeys = true;
-    NativeInput::Key(root, Kestrin::kNativeReturn);
+    NativeInput::Type(root, "Return");
     EXPECT_THAT(notes, ElementsAre("window key '' 0 27", "left focus", "left key 'a' 0 0",
                                    "window key 'a' 0 0", "left key '' 4096 0",
                                    "window key '' 4096 0", "left key '' 0 13"));
 }
 
-TEST_F(Views, ADragFollowsThePressOutOfTheView) {
+TEST_F(Views, ADragFollowsThePressOutOfTheViewUnlessADialogTakesIt) {
     NativeInput::Press(left, {5, 5});
     NativeInput::Move(left, {130, 70});
     NativeInput::Release(left, {130, 70});
     EXPECT_THAT(notes, ElementsAre("left focus", "left click 5,5", "left track 130,70", "left up"));
-}
-
-TEST_F(Views, ADialogThatAClickOpensLeavesTheControlReleased) {
     left.during = [&](const std::string& note) {
-        if (note == "left click 5,5")
+        if (note == "left click 5,5") {
             NativeInput::RunModalWindow();
+            notes.clear();
+        }
     };
     NativeInput::Press(left, {5, 5});
-    EXPECT_EQ(notes.at(notes.size() - 2), "left track away");
-    EXPECT_EQ(notes.back(), "left up");
+    EXPECT_THAT(notes, ElementsAre("left track away", "left up"));
 }
 
 TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
@@ -188,14 +159,9 @@ TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
     left.SetAccessibility(Kestrin::AccessibleRole::kPopUpButton, Text("Größe"));
     left.SetAccessibleValue(Text("medium"));
     left.EnableKeyFocus(true);
-    notes.clear();
-    const NativeInput::Spoken spoken = NativeInput::SpokenOfFocus(root);
-    EXPECT_EQ(spoken.role, "combo box");
-    EXPECT_EQ(spoken.name, "Größe medium");
-    EXPECT_EQ(spoken.value, "medium");
-    EXPECT_TRUE(spoken.focused);
+    EXPECT_EQ(NativeInput::SpokenOfFocus(root), "ComboBox|Größe medium|medium|focused");
     EXPECT_TRUE(NativeInput::PressByScreenReader(left));
-    EXPECT_THAT(notes, ElementsAre("left key ' ' 0 0"));
+    EXPECT_EQ(notes.back(), "left key ' ' 0 0");
 }
 
 TEST_F(Views, AViewMayGoWhileItIsDrawnOrItsNeighbourIs) {

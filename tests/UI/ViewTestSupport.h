@@ -116,7 +116,9 @@ protected:
         Place(left, {0, 0, 50, 50});
         Place(right, {100, 0, 50, 50});
         window->ShowHide(true);
-        EXPECT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
+        // A window manager puts its frame around the window after it is shown.
+        EXPECT_TRUE(NativeInput::WaitUntil(
+            [this] { return root.IsViewActive() && window->GetRect().y > 0; }));
         notes.clear();
     }
     ~ShownWindow() override {

@@ -1,25 +1,26 @@
 #pragma once
 
-#include <cstdio>
-#include <string>
+#include <gtest/gtest.h>
 
-/// Catches what the process writes to one of its standard streams, from construction to Text().
+#include <string>
+#include <utility>
+
+/// Catches what the process writes to standard output, from construction to Text().
 class CapturedOutput {
 public:
-    /// `stream` is stdout or stderr.
-    explicit CapturedOutput(std::FILE* stream = stdout);
-    ~CapturedOutput();
+    CapturedOutput() { testing::internal::CaptureStdout(); }
+    ~CapturedOutput() { Text(); }
     CapturedOutput(const CapturedOutput&) = delete;
     CapturedOutput& operator=(const CapturedOutput&) = delete;
 
     /// Ends the capture and returns what was written; later calls return the same.
-    const std::string& Text();
+    const std::string& Text() {
+        if (std::exchange(fIsOpen, false))
+            fText = testing::internal::GetCapturedStdout();
+        return fText;
+    }
 
 private:
-    void Restore();
-
-    std::FILE* fStream;
-    std::FILE* fFile;
-    int fSavedDescriptor;
+    bool fIsOpen = true;
     std::string fText;
 };

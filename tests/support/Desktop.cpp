@@ -6,17 +6,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QAction>
+#include <QAccessible>
 #include <QApplication>
-#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
-#include <QTextDocumentFragment>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 namespace Desktop {
@@ -28,8 +27,8 @@ namespace {
 constexpr int kPollInterval = 5;        // milliseconds
 constexpr unsigned int kStepLimit = 10; // seconds
 
-Rectangle From(const QRect& r) {
-    return {r.x(), r.y(), r.width(), r.height()};
+Rect From(const QRect& r) {
+    return {float(r.x()), float(r.y()), float(r.width()), float(r.height())};
 }
 
 bool IsOnScreen(const QWidget* widget) {
@@ -37,39 +36,29 @@ bool IsOnScreen(const QWidget* widget) {
            widget->windowHandle()->isExposed();
 }
 
-std::string Shown(QString text) {
-    return ToUtf8(text.replace(QLatin1String("&&"), QLatin1String("&")));
+/// What a person reads on it.
+std::string TextOf(const QAccessibleInterface* shown) {
+    return ToUtf8(shown->text(QAccessible::Name));
 }
 
-/// What a label shows of its text.
-std::string TextOf(const QWidget& window, const char* labelName) {
-    const auto* label = window.findChild<QLabel*>(QLatin1String(labelName));
-    const bool isRich = label->textFormat() == Qt::RichText ||
-                        (label->textFormat() == Qt::AutoText && Qt::mightBeRichText(label->text()));
-    return ToUtf8(isRich ? QTextDocumentFragment::fromHtml(label->text()).toPlainText()
-                         : label->text());
-}
-
-QList<QPushButton*> ButtonsFromLeft(const QMessageBox& box) {
-    QList<QPushButton*> buttons = box.findChildren<QPushButton*>();
-    std::sort(buttons.begin(), buttons.end(),
-              [](const QWidget* a, const QWidget* b) { return a->x() < b->x(); });
-    return buttons;
+QAccessibleInterface* Part(const QWidget& window, const char* name) {
+    return QAccessible::queryAccessibleInterface(window.findChild<QWidget*>(name));
 }
 
 } // namespace
 
 std::optional<Menu> OpenMenu() {
-    const auto* widget = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    auto* const widget = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     if (!IsOnScreen(widget))
         return std::nullopt;
     Menu menu;
     menu.place = From(widget->geometry());
     menu.highlighted = static_cast<int>(widget->actions().indexOf(widget->activeAction()));
-    for (QAction* action : widget->actions()) {
-        const QRect place = widget->actionGeometry(action).translated(widget->geometry().topLeft());
-        menu.items.push_back(
-            {Shown(action->text()), action->isChecked(), action->isEnabled(), From(place)});
+    QAccessibleInterface* const items = QAccessible::queryAccessibleInterface(widget);
+    for (int i = 0; i < items->childCount(); ++i) {
+        const QAccessibleInterface* item = items->child(i);
+        menu.items.push_back({TextOf(item), bool(item->state().checked), !item->state().disabled,
+                              From(item->rect())});
     }
     return menu;
 }
@@ -79,20 +68,23 @@ std::optional<Alert> OpenAlert() {
     if (!IsOnScreen(box) || !box->isActiveWindow())
         return std::nullopt;
     Alert alert;
-    alert.headline = TextOf(*box, "qt_msgbox_label");
-    alert.text = TextOf(*box, "qt_msgbox_informativelabel");
+    alert.headline = TextOf(Part(*box, "qt_msgbox_label"));
+    alert.text = TextOf(Part(*box, "qt_msgbox_informativelabel"));
     alert.isCritical = box->icon() == QMessageBox::Critical;
     alert.place = From(box->geometry());
-    for (const QPushButton* button : ButtonsFromLeft(*box)) {
-        alert.buttons.push_back(Shown(button->text()));
-        alert.buttonPlaces.push_back(From({button->mapToGlobal(QPoint()), button->size()}));
+    QList<QPushButton*> buttons = box->findChildren<QPushButton*>();
+    std::sort(buttons.begin(), buttons.end(), [](auto* a, auto* b) { return a->x() < b->x(); });
+    for (QPushButton* button : buttons) {
+        const QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(button);
+        alert.buttons.push_back(TextOf(shown));
+        alert.buttonPlaces.push_back(From(shown->rect()));
         if (button->hasFocus() && button->isDefault())
             alert.focused = alert.buttons.back();
     }
     return alert;
 }
 
-Rectangle Screen() {
+Rect Screen() {
     return From(QGuiApplication::primaryScreen()->availableGeometry());
 }
 
@@ -105,9 +97,9 @@ void Type(const std::string& keys) {
     Input("key " + keys);
 }
 
-void PointAt(const Rectangle& place) {
-    Input("mousemove " + std::to_string(place.x + place.width / 2) + " " +
-          std::to_string(place.y + place.height / 2));
+void PointAt(const Rect& place) {
+    Input("mousemove " + std::to_string(std::lround(place.x + place.width / 2)) + " " +
+          std::to_string(std::lround(place.y + place.height / 2)));
 }
 
 Script::Script() {
@@ -125,18 +117,18 @@ Script::~Script() {
 }
 
 void Script::Poll() {
-    if (fSteps.empty() || fIsActing || !fSteps.front().condition())
+    if (fSteps.empty() || fIsActing || !fSteps.front().first())
         return;
-    const Step step = fSteps.front();
+    const auto action = fSteps.front().second;
     fSteps.pop_front();
     fIsActing = true;
-    step.action();
+    action();
     fIsActing = false;
     alarm(kStepLimit);
 }
 
 void Script::When(std::function<bool()> condition, std::function<void()> action) {
-    fSteps.push_back({std::move(condition), std::move(action)});
+    fSteps.emplace_back(std::move(condition), std::move(action));
 }
 
 void Script::WhenMenuIsOpen(std::function<void(const Menu&)> action) {

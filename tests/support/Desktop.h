@@ -1,19 +1,20 @@
 #pragma once
 
+#include "UI/Geometry.h"
+
 #include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// A person at the desktop that a test runs on: what stands on the screen, and the real keyboard
 /// and mouse. For tests that run ON_DISPLAY.
 namespace Desktop {
 
-struct Rectangle {
-    int x = 0, y = 0, width = 0, height = 0;
-};
+using Kestrin::Rect;
 
 /// The pop-up menu that is open. Rectangles are on the screen.
 struct Menu {
@@ -21,11 +22,11 @@ struct Menu {
         std::string text; ///< as it is drawn
         bool isChecked = false;
         bool isEnabled = true;
-        Rectangle place;
+        Rect place;
     };
     std::vector<Item> items;
     int highlighted = -1;
-    Rectangle place;
+    Rect place;
 };
 std::optional<Menu> OpenMenu();
 
@@ -34,14 +35,14 @@ struct Alert {
     std::string headline;
     std::string text;
     std::vector<std::string> buttons; ///< from left to right
-    std::vector<Rectangle> buttonPlaces;
+    std::vector<Rect> buttonPlaces;
     std::string focused; ///< the button that has the keyboard focus and takes Return
     bool isCritical = false;
-    Rectangle place;
+    Rect place;
 };
 std::optional<Alert> OpenAlert();
 
-Rectangle Screen();
+Rect Screen();
 
 /// Runs xdotool with these arguments; a failure of it is the test's.
 void Input(const std::string& arguments);
@@ -49,7 +50,7 @@ void Input(const std::string& arguments);
 /// Hands the keys (names as xdotool knows them) to whatever has the focus, one after the other.
 void Type(const std::string& keys);
 /// Moves the pointer to the middle.
-void PointAt(const Rectangle& place);
+void PointAt(const Rect& place);
 
 /// Steps that are taken while the code under test waits in an event loop of its own. Each step
 /// waits until its condition holds and then acts; when one waits for too long an alarm ends the
@@ -70,10 +71,7 @@ public:
     void Play();
 
 private:
-    struct Step {
-        std::function<bool()> condition;
-        std::function<void()> action;
-    };
+    using Step = std::pair<std::function<bool()>, std::function<void()>>;
 
     void Poll();
     bool IsDone() const { return fSteps.empty() && !fIsActing; }

@@ -11,12 +11,12 @@
 #include <QApplication>
 #include <QDialog>
 #include <QImage>
+#include <QMetaEnum>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-#include <map>
 
 namespace NativeInput {
 
@@ -37,25 +37,6 @@ QPoint InWindow(const View& view, const Point& where) {
     QWidget& widget = WidgetOf(view);
     return widget.mapTo(widget.window(), QPointF(where.x, where.y).toPoint());
 }
-
-Qt::KeyboardModifiers ModifiersOf(unsigned flags) {
-    Qt::KeyboardModifiers modifiers;
-    modifiers.setFlag(Qt::ShiftModifier, flags & Kestrin::kNativeShift);
-    modifiers.setFlag(Qt::ControlModifier, flags & Kestrin::kNativeControl);
-    return modifiers;
-}
-
-const std::map<char16_t, Qt::Key> kFunctionKeys = {
-    {Kestrin::kNativeUpArrow, Qt::Key_Up},          {Kestrin::kNativeEnter, Qt::Key_Enter},
-    {Kestrin::kNativeReturn, Qt::Key_Return},       {Kestrin::kNativeEscape, Qt::Key_Escape},
-    {Kestrin::kNativeBackspace, Qt::Key_Backspace}, {Kestrin::kNativeTab, Qt::Key_Tab},
-    {Kestrin::kNativeBackTab, Qt::Key_Backtab},
-};
-
-const std::map<QAccessible::Role, std::string> kRoleNames = {
-    {QAccessible::ComboBox, "combo box"},
-    {QAccessible::EditableText, "text field"},
-};
 
 } // namespace
 
@@ -90,18 +71,13 @@ void Click(const View& view, const Point& where) {
     Release(view, where);
 }
 
-void Key(const View& anyView, char16_t key, unsigned flags) {
-    const auto named = kFunctionKeys.find(key);
-    if (named == kFunctionKeys.end())
-        QTest::keyClick(WindowOf(anyView), static_cast<char>(key), ModifiersOf(flags));
-    else
-        QTest::keyClick(WindowOf(anyView), named->second, ModifiersOf(flags));
+void Type(const View& anyView, const char* keys) {
+    QTest::keySequence(WindowOf(anyView), QKeySequence(keys));
     Settle();
 }
 
-void RepeatKey(const View& anyView, char16_t key) {
-    QKeyEvent event(QEvent::KeyPress, QChar(key).toUpper().unicode(), {}, QString(QChar(key)),
-                    true);
+void RepeatKey(const View& anyView, char digit) {
+    QKeyEvent event(QEvent::KeyPress, digit, {}, QString(digit), true);
     QCoreApplication::sendEvent(WindowOf(anyView), &event);
     Settle();
 }
@@ -148,29 +124,26 @@ bool PressByScreenReader(const View& view) {
     return isOffered;
 }
 
-Spoken SpokenOfFocus(const View& anyView) {
+std::string SpokenOfFocus(const View& anyView) {
     QAccessibleInterface* spoken =
         QAccessible::queryAccessibleInterface(WidgetOf(anyView).window()->focusWidget());
-    return {kRoleNames.at(spoken->role()), Kestrin::ToUtf8(spoken->text(QAccessible::Name)),
-            Kestrin::ToUtf8(spoken->text(QAccessible::Value)), bool(spoken->state().focused)};
+    const QString role = QMetaEnum::fromType<QAccessible::Role>().valueToKey(spoken->role());
+    const QStringList words{role, spoken->text(QAccessible::Name), spoken->text(QAccessible::Value),
+                            spoken->state().focused ? "focused" : "not focused"};
+    return Kestrin::ToUtf8(words.join('|'));
 }
 
-Picture::Picture(const View& view, double scale)
-    : fWidth(static_cast<int>(WidgetOf(view).width() * scale))
-    , fHeight(static_cast<int>(WidgetOf(view).height() * scale)) {
-    QImage image(fWidth, fHeight, QImage::Format_RGB32);
+Picture::Picture(const View& view, double scale) {
+    QWidget& widget = WidgetOf(view);
+    QImage image(widget.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
     image.fill(Qt::magenta);
-    WidgetOf(view).render(&image, {}, {}, QWidget::DrawChildren);
-    for (int y = 0; y < fHeight; ++y) {
-        for (int x = 0; x < fWidth; ++x)
-            fPixels.push_back(image.pixel(x, y) & 0xFFFFFF);
-    }
+    widget.render(&image, {}, {}, QWidget::DrawChildren);
+    fImage = std::make_shared<QImage>(image);
 }
 
 std::uint32_t Picture::At(int x, int y) const {
-    return fPixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(fWidth) +
-                      static_cast<std::size_t>(x));
+    return fImage->pixel(x, y) & 0xFFFFFF;
 }
 
 } // namespace NativeInput

@@ -2,12 +2,12 @@
 
 #include "UI/Geometry.h"
 
-#include "Platform/UI/NativeEvents.h"
-
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
-#include <vector>
+
+class QImage;
 
 namespace Kestrin {
 class View;
@@ -34,11 +34,10 @@ void Click(const Kestrin::View& view, const Kestrin::Point& where);
 
 // The keyboard, to whatever has the focus of the window that a view stands in.
 
-/// `key` is a NativeFunctionKey or the character that the key types without modifiers, `flags` are
-/// kNativeShift and kNativeControl.
-void Key(const Kestrin::View& anyView, char16_t key, unsigned flags = 0);
-/// A character key that is held down.
-void RepeatKey(const Kestrin::View& anyView, char16_t key);
+/// One key or up to four in a row, as a menu names shortcuts: "Return", "Ctrl+A, Backspace".
+void Type(const Kestrin::View& anyView, const char* keys);
+/// A digit's key that is held down.
+void RepeatKey(const Kestrin::View& anyView, char digit);
 /// An input method commits a text, UTF-8.
 void TypeByInputMethod(const Kestrin::View& anyView, const std::string& text);
 
@@ -56,29 +55,20 @@ void RunModalWindow();
 /// Performs the press action that a screen reader offers; false where the view offers none.
 bool PressByScreenReader(const Kestrin::View& view);
 
-/// What a screen reader reads of what has the focus of the window.
-struct Spoken {
-    std::string role; ///< "combo box" or "text field"
-    std::string name;
-    std::string value;
-    bool focused = false;
-};
-Spoken SpokenOfFocus(const Kestrin::View& anyView);
+/// What a screen reader reads of what has the focus of the window: role, name, value and
+/// whether it is focused.
+std::string SpokenOfFocus(const Kestrin::View& anyView);
 
 /// A picture of a view and all within it, at a scale of device pixels per point.
 class Picture {
 public:
     explicit Picture(const Kestrin::View& view, double scale = 1);
 
-    int Width() const { return fWidth; }
-    int Height() const { return fHeight; }
     /// 0xRRGGBB at a device pixel.
     std::uint32_t At(int x, int y) const;
 
 private:
-    int fWidth;
-    int fHeight;
-    std::vector<std::uint32_t> fPixels;
+    std::shared_ptr<const QImage> fImage;
 };
 
 } // namespace NativeInput

@@ -7,19 +7,16 @@
 
 namespace {
 
-std::vector<std::string>& Store() {
-    static std::vector<std::string> lines;
-    return lines;
-}
+std::vector<std::string> gLines;
 
 } // namespace
 
 const std::vector<std::string>& RecordingLog::Lines() {
-    return Store();
+    return gLines;
 }
 
 void RecordingLog::Clear() {
-    Store().clear();
+    gLines.clear();
 }
 
 void Log(const char* format, ...) {
@@ -28,5 +25,5 @@ void Log(const char* format, ...) {
     va_start(arguments, format);
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
-    Store().emplace_back(line);
+    gLines.emplace_back(line);
 }

@@ -10,9 +10,7 @@ namespace {
 using Text = CFHolder<CFStringRef>;
 
 Text ToText(const std::string& utf8) {
-    return Text(CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(utf8.data()),
-                                        static_cast<CFIndex>(utf8.size()), kCFStringEncodingUTF8,
-                                        false));
+    return Text(CFStringCreateWithCString(nullptr, utf8.c_str(), kCFStringEncodingUTF8));
 }
 
 Text TextOrNone(const std::string& utf8) {
@@ -41,10 +39,6 @@ TestStudio::~TestStudio() {
     MIDIRestart();
 }
 
-std::filesystem::path TestStudio::DatabasePath() const {
-    return fFolder / "studio.sqlite3";
-}
-
 MIDIDeviceRef TestStudio::AddInterface(const std::string& name, int ports,
                                        const std::string& manufacturer, const std::string& model) {
     MIDIDeviceRef device = 0;
@@ -66,18 +60,6 @@ MIDIDeviceRef TestStudio::AddExternal(const std::string& name, const std::string
     return device;
 }
 
-MIDIEntityRef TestStudio::Port(MIDIDeviceRef device, int port) {
-    return MIDIDeviceGetEntity(device, static_cast<ItemCount>(port - 1));
-}
-
-MIDIEndpointRef TestStudio::Source(MIDIDeviceRef device, int port) {
-    return MIDIEntityGetSource(Port(device, port), 0);
-}
-
-MIDIEndpointRef TestStudio::Destination(MIDIDeviceRef device, int port) {
-    return MIDIEntityGetDestination(Port(device, port), 0);
-}
-
 void TestStudio::Cable(MIDIDeviceRef interface, int port, MIDIObjectRef object) {
     SetNumber(Source(interface, port), "connUniqueID", ID(object));
     SetNumber(Destination(interface, port), "connUniqueID", ID(object));
@@ -96,10 +78,6 @@ void TestStudio::SetBytes(MIDIObjectRef object, const char* key, const void* byt
     const CFHolder<CFDataRef> data(
         CFDataCreate(nullptr, static_cast<const UInt8*>(bytes), static_cast<CFIndex>(count)));
     Check(MIDIObjectSetDataProperty(object, ToText(key).Get(), data.Get()));
-}
-
-MIDIUniqueID TestStudio::ID(MIDIObjectRef object) {
-    return Number(object, "uniqueID").value_or(kMIDIInvalidUniqueID);
 }
 
 std::optional<SInt32> TestStudio::Number(MIDIObjectRef object, const char* key) {

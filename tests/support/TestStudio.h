@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <vector>
 
 /// A MIDI database of its own for one test, from construction to the end of its life, and short
 /// ways to put devices into it.
@@ -18,7 +17,7 @@ public:
     TestStudio(const TestStudio&) = delete;
     TestStudio& operator=(const TestStudio&) = delete;
 
-    std::filesystem::path DatabasePath() const;
+    std::filesystem::path DatabasePath() const { return fFolder / "studio.sqlite3"; }
 
     /// An interface without driver, with ports "Port 1" and so on, each with a source and a
     /// destination. An empty text is not set.
@@ -31,9 +30,15 @@ public:
                               const std::string& model);
 
     /// `port` counts from 1.
-    static MIDIEntityRef Port(MIDIDeviceRef device, int port);
-    static MIDIEndpointRef Source(MIDIDeviceRef device, int port);
-    static MIDIEndpointRef Destination(MIDIDeviceRef device, int port);
+    static MIDIEntityRef Port(MIDIDeviceRef device, int port) {
+        return MIDIDeviceGetEntity(device, static_cast<ItemCount>(port - 1));
+    }
+    static MIDIEndpointRef Source(MIDIDeviceRef device, int port) {
+        return MIDIEntityGetSource(Port(device, port), 0);
+    }
+    static MIDIEndpointRef Destination(MIDIDeviceRef device, int port) {
+        return MIDIEntityGetDestination(Port(device, port), 0);
+    }
 
     /// Connects both endpoints of the port to the object.
     static void Cable(MIDIDeviceRef interface, int port, MIDIObjectRef object);
@@ -43,8 +48,10 @@ public:
     static void SetBytes(MIDIObjectRef object, const char* key, const void* bytes,
                          std::size_t count);
 
-    static MIDIUniqueID ID(MIDIObjectRef object);
     static std::optional<SInt32> Number(MIDIObjectRef object, const char* key);
+    static MIDIUniqueID ID(MIDIObjectRef object) {
+        return Number(object, "uniqueID").value_or(kMIDIInvalidUniqueID);
+    }
 
 private:
     TemporaryFolder fFolder;
