@@ -4,15 +4,15 @@
 #include "Strings/Transcoders.h"
 
 #include <cstdlib>
+#include <numeric>
 #include <thread>
 #include <vector>
 
 namespace {
 
 void ConvertThereAndBack() {
-    std::string bytes;
-    for (int value = 0; value < 256; ++value)
-        bytes += static_cast<char>(value);
+    std::string bytes(256, '\0');
+    std::iota(bytes.begin(), bytes.end(), '\0');
     for (int round = 0; round < 500; ++round) {
         UTF16String units;
         std::string back;
@@ -26,9 +26,7 @@ void ConvertThereAndBack() {
 } // namespace
 
 int main() {
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 8; ++i)
         threads.emplace_back(ConvertThereAndBack);
-    for (std::thread& thread : threads)
-        thread.join();
 }

@@ -22,11 +22,9 @@ constexpr Sequence kSequences[] = {
 /// The sequence that begins here, null where none does.
 const Sequence* SequenceAt(const unsigned char* bytes, std::size_t count) {
     for (const Sequence& each : kSequences) {
-        if (bytes[0] < each.firstLead || bytes[0] > each.lastLead)
+        if (bytes[0] < each.firstLead || bytes[0] > each.lastLead || each.length > count)
             continue;
-        bool fits = each.length <= count;
-        if (fits && each.length > 1)
-            fits = bytes[1] >= each.lowest && bytes[1] <= each.highest;
+        bool fits = each.length == 1 || (bytes[1] >= each.lowest && bytes[1] <= each.highest);
         for (std::size_t i = 2; fits && i < each.length; ++i)
             fits = (bytes[i] & 0xC0) == 0x80;
         return fits ? &each : nullptr;

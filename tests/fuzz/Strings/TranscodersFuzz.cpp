@@ -18,17 +18,14 @@ void Require(bool holds) {
 }
 
 [[maybe_unused]] void Utf8ToUtf16(const std::uint8_t* data, std::size_t size) {
-    Plain::Result<UTF16String> units;
-    units.consumed = utf8_to_utf16(data, size, units.text);
-    Require(units == Plain::Utf8ToUtf16(data, size));
+    Require(Plain::ResultOf(utf8_to_utf16, data, size) == Plain::Utf8ToUtf16(data, size));
 }
 
 [[maybe_unused]] void MacRomanToUtf16(const std::uint8_t* data, std::size_t size) {
-    UTF16String units;
-    Require(MacRoman_to_utf16(data, size, units) == size && units.size() == size);
-    std::string back;
-    Require(utf16_to_MacRoman(units.data(), size, back) == size);
-    Require(back == std::string(data, data + size));
+    const auto units = Plain::ResultOf(MacRoman_to_utf16, data, size);
+    Require(units.consumed == size && units.text.size() == size);
+    const Plain::Result<std::string> same{{data, data + size}, size};
+    Require(Plain::ResultOf(utf16_to_MacRoman, units.text.data(), size) == same);
 }
 
 std::vector<unsigned short> UnitsOf(const std::uint8_t* data, std::size_t size) {
@@ -40,16 +37,16 @@ std::vector<unsigned short> UnitsOf(const std::uint8_t* data, std::size_t size) 
 
 [[maybe_unused]] void Utf16ToUtf8(const std::uint8_t* data, std::size_t size) {
     const auto units = UnitsOf(data, size);
-    Plain::Result<std::string> bytes;
-    bytes.consumed = utf16_to_utf8(units.data(), units.size(), bytes.text);
-    Require(bytes == Plain::Utf16ToUtf8(units.data(), units.size()));
+    const unsigned short* const source = units.data();
+    Require(Plain::ResultOf(utf16_to_utf8, source, units.size()) ==
+            Plain::Utf16ToUtf8(source, units.size()));
 }
 
 [[maybe_unused]] void Utf16ToUtf32(const std::uint8_t* data, std::size_t size) {
     const auto units = UnitsOf(data, size);
-    Plain::Result<UTF32String> values;
-    values.consumed = utf16_to_utf32(units.data(), units.size(), values.text);
-    Require(values == Plain::Utf16ToUtf32(units.data(), units.size()));
+    const unsigned short* const source = units.data();
+    Require(Plain::ResultOf(utf16_to_utf32, source, units.size()) ==
+            Plain::Utf16ToUtf32(source, units.size()));
 }
 
 [[maybe_unused]] void Utf16ToMacRoman(const std::uint8_t* data, std::size_t size) {
