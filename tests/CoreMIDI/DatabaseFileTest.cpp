@@ -21,8 +21,7 @@ protected:
         MIDIRestart();
         const std::string before = Content();
         EXPECT_EQ(KestrinMIDIGetDatabaseState(), state);
-        EXPECT_NE(TextOf(KestrinMIDICopyDatabaseProblem()).find(reason), std::string::npos)
-            << TextOf(KestrinMIDICopyDatabaseProblem());
+        EXPECT_THAT(TextOf(KestrinMIDICopyDatabaseProblem()), testing::HasSubstr(reason));
         EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
         EXPECT_EQ(MIDIObjectFindByUniqueID(fKnownID, nullptr, nullptr), kMIDIObjectNotFound);
         EXPECT_EQ(MIDIObjectSetIntegerProperty(fKnown, CFSTR("group"), 2), kMIDIServerStartErr);
@@ -32,24 +31,17 @@ protected:
         EXPECT_EQ(Content(), before);
     }
 
-    void AddKnown() {
-        fKnown = AddInterface("Interface");
-        fKnownID = UniqueIDOf(fKnown);
-        MIDIRestart();
-    }
-
-    MIDIObjectRef fKnown = 1;
-    MIDIUniqueID fKnownID = 1;
+    const MIDIObjectRef fKnown = AddInterface("Interface", 1);
+    const MIDIUniqueID fKnownID = ID(fKnown);
 };
 
 TEST_F(DatabaseFileTest, IsMadeWithItsFoldersForTheUserAlone) {
-    Use(fFolder / "new" / "folder" / "objects.sqlite3");
+    const std::filesystem::path folder = fFile.parent_path() / "new";
+    Use(folder / "folder" / "objects.sqlite3");
     EXPECT_EQ(KestrinMIDIGetDatabaseState(), kKestrinMIDIDatabaseReady);
     EXPECT_EQ(KestrinMIDICopyDatabaseProblem(), nullptr);
     EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
-    struct stat folder {};
-    ASSERT_EQ(stat((fFolder / "new").c_str(), &folder), 0);
-    EXPECT_EQ(folder.st_mode & 0777, 0700u);
+    EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms(0700));
 }
 
 TEST_F(DatabaseFileTest, StandsWhereTheEnvironmentSays) {
@@ -60,23 +52,16 @@ TEST_F(DatabaseFileTest, StandsWhereTheEnvironmentSays) {
     setenv("HOME", "/home/user", 1);
     EXPECT_EQ(TextOf(KestrinMIDICopyDatabasePath()),
               "/home/user/.local/share/kestrin-midi/objects.sqlite3");
-    Use(fFile);
 }
 
 TEST_F(DatabaseFileTest, IsRefusedWhereTheFolderCantBeMade) {
-    std::ofstream(fFolder / "file") << "no folder";
-    Use(fFolder / "file" / "objects.sqlite3");
+    Use(fFile / "objects.sqlite3");
     ExpectRefused(kKestrinMIDIDatabaseNoFolder, "can't be made");
 }
 
-TEST_F(DatabaseFileTest, OfANewerVersionIsRefused) {
-    AddKnown();
+TEST_F(DatabaseFileTest, OfANewerVersionOrAnotherProgramIsRefused) {
     RunSQL("PRAGMA user_version=2");
     ExpectRefused(kKestrinMIDIDatabaseNewer, "newer");
-}
-
-TEST_F(DatabaseFileTest, OfAnotherProgramIsRefused) {
-    AddKnown();
     RunSQL("PRAGMA application_id=1");
     ExpectRefused(kKestrinMIDIDatabaseForeign, "other program");
     std::filesystem::remove(fFile);
@@ -85,57 +70,50 @@ TEST_F(DatabaseFileTest, OfAnotherProgramIsRefused) {
 }
 
 TEST_F(DatabaseFileTest, ThatIsDamagedIsRefused) {
-    AddKnown();
+    MIDIRestart();
     const std::string whole = Content();
-    std::ofstream(fFile, std::ios::binary) << std::string(8192, 'x');
-    ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
-    std::ofstream(fFile, std::ios::binary) << whole.substr(0, whole.size() / 2);
-    ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
     // The page of the objects' own table, behind a header and a schema that are whole.
     std::string holed = whole;
     holed.replace(4096, 4096, 4096, '\xAA');
-    std::ofstream(fFile, std::ios::binary) << holed;
-    ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
+    for (const auto& content : {std::string(8192, 'x'), whole.substr(0, whole.size() / 2), holed}) {
+        std::ofstream(fFile, std::ios::binary) << content;
+        ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
+    }
 }
 
 TEST_F(DatabaseFileTest, ThatCanOnlyBeReadIsRefused) {
-    AddKnown();
-    std::filesystem::permissions(fFolder.Path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(fFile.parent_path(), std::filesystem::perms(0555));
+    const std::filesystem::path folder = fFile.parent_path();
+    MIDIRestart();
+    std::filesystem::permissions(folder, std::filesystem::perms(0555));
     std::filesystem::permissions(fFile, std::filesystem::perms(0444));
     // The superuser may write all the same, so the child becomes an ordinary user.
-    EXPECT_EQ(InChild([this] {
-                  if (geteuid() == 0 && setuid(65534) != 0)
-                      return 2;
-                  ExpectRefused(kKestrinMIDIDatabaseReadOnly, "");
-                  return HasFailure() ? 1 : 0;
-              }),
-              0);
-    std::filesystem::permissions(fFile.parent_path(), std::filesystem::perms(0700));
+    const pid_t child = Start([this] {
+        ASSERT_TRUE(geteuid() != 0 || setuid(65534) == 0);
+        ExpectRefused(kKestrinMIDIDatabaseReadOnly, "");
+    });
+    EXPECT_EQ(End(child), 0);
+    std::filesystem::permissions(folder, std::filesystem::perms(0700));
 }
 
 TEST_F(DatabaseFileTest, HoldsEverythingItselfAfterACleanExit) {
-    AddKnown();
     // Another program keeps the file open, so that the log beside it stays.
-    sqlite3* other = nullptr;
-    sqlite3_open(fFile.c_str(), &other);
-    const ConnectionHolder holder(other);
-    ASSERT_EQ(QueryInteger(other, "SELECT count(*) FROM objects", 0), 4);
-    ASSERT_EQ(MIDIObjectSetIntegerProperty(fKnown, CFSTR("group"), 9), noErr);
+    const ConnectionHolder other = OpenFile();
+    ASSERT_EQ(QueryInteger(other.get(), "SELECT count(*) FROM objects", 0), 4);
+    SetNumber(fKnown, "group", 9);
     MIDIRestart();
     ASSERT_TRUE(std::filesystem::exists(fFile.string() + "-wal"));
-    std::filesystem::copy_file(fFile, fFolder / "copy");
-    Use(fFolder / "copy");
-    EXPECT_EQ(IntegerOf(fKnown, CFSTR("group")), 9);
+    const std::filesystem::path copy = fFile.parent_path() / "copy";
+    std::filesystem::copy_file(fFile, copy);
+    Use(copy);
+    EXPECT_EQ(Number(fKnown, "group"), 9);
 }
 
 TEST_F(DatabaseFileTest, ThatIsReplacedIsOpenedAnew) {
-    AddInterface("Old");
     ASSERT_EQ(MIDIGetNumberOfDevices(), 1u);
     for (const char* const suffix : {"", "-wal", "-shm"})
         std::filesystem::remove(fFile.string() + suffix);
     EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
-    AddInterface("New");
+    AddInterface("New", 1);
     MIDIRestart();
     EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
 }

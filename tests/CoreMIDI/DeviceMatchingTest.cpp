@@ -6,8 +6,9 @@ namespace {
 
 using Indices = std::vector<int>;
 
-HardwareRecord Unit(const char* serial, const char* place) {
-    return {"usb 0a73:0006", serial, place, "Maker", "Model"};
+HardwareRecord Unit(const char* serial, const char* place, const char* kind = "usb 0a73:0006",
+                    const char* name = "Model") {
+    return {kind, serial, place, "Maker", name};
 }
 
 /// The known unit that each live one is; -1 for a new one.
@@ -18,20 +19,14 @@ Indices Matched(const std::vector<HardwareRecord>& known, const std::vector<Hard
     return indices;
 }
 
-TEST(DeviceMatching, KnowsAUnitByItsSerialAtAnyPlace) {
+TEST(DeviceMatching, KnowsAUnitThatIsNotLikeOthersAtAnyPlace) {
     EXPECT_EQ(Matched({Unit("SN001", "a"), Unit("SN002", "b")},
                       {Unit("SN002", "a"), Unit("SN001", "c"), Unit("SN003", "b")}),
               (Indices{1, 0, -1}));
-    HardwareRecord renamed = Unit("SN001", "b");
-    renamed.name = "Model v2";
-    EXPECT_EQ(Matched({Unit("SN001", "a")}, {renamed}), Indices{0});
-    HardwareRecord otherProduct = Unit("SN001", "a");
-    otherProduct.kind = "usb 0a73:0007";
-    EXPECT_EQ(Matched({Unit("SN001", "a")}, {otherProduct}), Indices{-1});
-}
-
-TEST(DeviceMatching, KnowsALoneUnitWithoutSerialAtAnyPlace) {
     EXPECT_EQ(Matched({Unit("", "a")}, {Unit("", "b")}), Indices{0});
+    EXPECT_EQ(Matched({Unit("SN001", "a")}, {Unit("SN001", "b", "usb 0a73:0006", "Model v2"),
+                                             Unit("SN001", "a", "usb 0a73:0007")}),
+              (Indices{0, -1}));
 }
 
 TEST(DeviceMatching, KnowsUnitsThatAreAlikeByTheirPlaces) {
@@ -41,15 +36,11 @@ TEST(DeviceMatching, KnowsUnitsThatAreAlikeByTheirPlaces) {
         EXPECT_EQ(Matched(known, {Unit(serial, "b")}), Indices{1});
         // It may be either of them, or a third: nothing is guessed.
         EXPECT_EQ(Matched(known, {Unit(serial, "c")}), Indices{-1});
-        EXPECT_EQ(Matched(known, {Unit(serial, "a"), Unit(serial, "c")}), (Indices{0, -1}));
-        EXPECT_EQ(Matched({known[0]}, {Unit(serial, "b"), Unit(serial, "c")}), (Indices{-1, -1}));
         EXPECT_EQ(Matched({known[0]}, {Unit(serial, "b"), Unit(serial, "a")}), (Indices{-1, 0}));
     }
-}
-
-TEST(DeviceMatching, PairsEqualPlacesInTheirOrder) {
-    const std::vector<HardwareRecord> two = {Unit("", ""), Unit("", "")};
-    EXPECT_EQ(Matched(two, {Unit("", ""), Unit("", ""), Unit("", "")}), (Indices{0, 1, -1}));
+    // Programs may have ports of equal names.
+    EXPECT_EQ(Matched({Unit("", ""), Unit("", "")}, {Unit("", ""), Unit("", ""), Unit("", "")}),
+              (Indices{0, 1, -1}));
 }
 
 } // namespace

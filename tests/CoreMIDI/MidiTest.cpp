@@ -16,24 +16,22 @@ bool sHasChanged = false;
 
 class TestSequencer final : public SequencerReader {
 public:
-    SequencerSnapshot Read() override {
-        sHasChanged = false;
-        return sPlugged;
-    }
-    bool HasChanged() override { return sHasChanged; }
+    SequencerSnapshot Read() override { return sPlugged; }
+    bool HasChanged() override { return std::exchange(sHasChanged, false); }
 };
+
+std::vector<std::string> NamesOf(ItemCount count, MIDIObjectRef get(ItemCount)) {
+    std::vector<std::string> names;
+    for (ItemCount i = 0; i < count; ++i)
+        names.push_back(NameOf(get(i)));
+    return names;
+}
 
 } // namespace
 
-MidiTest::MidiTest()
-    : fFile(fFolder / "kestrin-midi" / "objects.sqlite3") {
+MidiTest::MidiTest() {
     sPlugged = {};
     Service::Instance().UseReader(std::make_unique<TestSequencer>());
-    Use(fFile);
-}
-
-MidiTest::~MidiTest() {
-    MIDIRestart();
 }
 
 void MidiTest::Use(const std::filesystem::path& file) {
@@ -46,27 +44,30 @@ void MidiTest::PlugIn(SequencerSnapshot snapshot) {
     sHasChanged = true;
 }
 
-void MidiTest::RunSQL(const std::string& sql) {
+ConnectionHolder MidiTest::OpenFile() const {
     MIDIRestart();
     sqlite3* connection = nullptr;
-    sqlite3_open(fFile.c_str(), &connection);
-    const ConnectionHolder holder(connection);
-    ASSERT_EQ(Execute(connection, sql.c_str()), SQLITE_OK) << sqlite3_errmsg(connection);
+    EXPECT_EQ(sqlite3_open(fFile.c_str(), &connection), SQLITE_OK);
+    return ConnectionHolder(connection);
 }
 
-std::int64_t MidiTest::QueryFile(const std::string& sql) {
-    MIDIRestart();
-    sqlite3* connection = nullptr;
-    sqlite3_open(fFile.c_str(), &connection);
-    const ConnectionHolder holder(connection);
-    return QueryInteger(connection, sql.c_str(), -1);
+void MidiTest::RunSQL(const std::string& sql) const {
+    const ConnectionHolder file = OpenFile();
+    ASSERT_EQ(Execute(file.get(), sql.c_str()), SQLITE_OK) << sqlite3_errmsg(file.get());
 }
 
-int MidiTest::InChild(const std::function<int()>& work) {
+pid_t MidiTest::Start(const std::function<void()>& work) {
     MIDIRestart();
     const pid_t child = fork();
-    if (child == 0)
-        _exit(work());
+    const auto run = [&]() noexcept { work(); };
+    if (child == 0) {
+        run();
+        _exit(HasFailure());
+    }
+    return child;
+}
+
+int MidiTest::End(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
@@ -93,34 +94,12 @@ SInt32 IntegerOf(MIDIObjectRef object, CFStringRef key) {
     return status == noErr ? value : status;
 }
 
-MIDIUniqueID UniqueIDOf(MIDIObjectRef object) {
-    return IntegerOf(object, kMIDIPropertyUniqueID);
-}
-
 std::vector<std::string> SourceNames() {
-    std::vector<std::string> names;
-    const ItemCount count = MIDIGetNumberOfSources();
-    for (ItemCount i = 0; i < count; ++i)
-        names.push_back(NameOf(MIDIGetSource(i)));
-    return names;
+    return NamesOf(MIDIGetNumberOfSources(), MIDIGetSource);
 }
 
-MIDIDeviceRef AddInterface(const char* name) {
-    MIDIDeviceRef device = 0;
-    const CFHolder<CFStringRef> text(MakeString(name));
-    MIDIDeviceCreate(nullptr, text.Get(), CFSTR("Maker"), CFSTR("Model"), &device);
-    MIDIDeviceAddEntity(device, CFSTR("Port 1"), 0, 1, 1, nullptr);
-    MIDISetupAddDevice(device);
-    return device;
-}
-
-MIDIDeviceRef AddExternal(const char* name) {
-    MIDIDeviceRef device = 0;
-    const CFHolder<CFStringRef> text(MakeString(name));
-    MIDIExternalDeviceCreate(text.Get(), CFSTR("Mackie"), CFSTR("Mackie Control"), &device);
-    MIDIDeviceAddEntity(device, CFSTR("Port 1"), 1, 1, 1, nullptr);
-    MIDISetupAddExternalDevice(device);
-    return device;
+std::vector<std::string> DeviceNames() {
+    return NamesOf(MIDIGetNumberOfDevices(), MIDIGetDevice);
 }
 
 SequencerSnapshot SequencerWith(const std::vector<UnitFacts>& units) {

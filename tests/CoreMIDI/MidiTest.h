@@ -2,51 +2,47 @@
 
 #include "Platform/CoreMIDI/SQLite.h"
 #include "Platform/CoreMIDI/SequencerSnapshot.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestStudio.h"
 
 #include <CoreMIDI/MIDIDatabase.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
-#include <string>
-#include <vector>
 
 /// Gives each case a database file of its own and a sequencer that shows what the case plugs in.
-class MidiTest : public testing::Test {
+class MidiTest : public testing::Test, protected TestStudio {
 protected:
     MidiTest();
-    ~MidiTest() override;
 
     /// Another file from the next call on.
-    void Use(const std::filesystem::path& file);
+    static void Use(const std::filesystem::path& file);
     /// Changes what is plugged in, as the running program notices it.
-    void PlugIn(SequencerSnapshot snapshot);
-    /// Runs SQL on the file behind the service's back; the service is closed before.
-    void RunSQL(const std::string& sql);
-    /// The first column of the first row, read behind the service's back.
-    std::int64_t QueryFile(const std::string& sql);
-    /// Runs `work` in a process of its own, which has nothing open; its result is the exit code.
-    static int InChild(const std::function<int()>& work);
+    static void PlugIn(SequencerSnapshot snapshot);
 
-    TemporaryFolder fFolder;
-    std::filesystem::path fFile;
+    /// Opens the file behind the service's back; the service is closed before.
+    ConnectionHolder OpenFile() const;
+    void RunSQL(const std::string& sql) const;
+
+    /// Runs `work` in a process of its own, which has nothing open. It ends with 0 when no
+    /// expectation failed.
+    static pid_t Start(const std::function<void()>& work);
+    /// Waits for the exit code of a process; that of a killed one is the signal, negative.
+    static int End(pid_t child);
+
+    const std::filesystem::path fFile = DatabasePath();
 };
 
-// Plain values for the service's answers. What can't be had is empty, 0 or "(status)".
+// Plain values for the service's answers. What can't be had is "(status)" or the status.
 
 std::string StringOf(MIDIObjectRef object, CFStringRef key);
 std::string NameOf(MIDIObjectRef object);
 SInt32 IntegerOf(MIDIObjectRef object, CFStringRef key);
-MIDIUniqueID UniqueIDOf(MIDIObjectRef object);
 /// The text of a string that the caller was given, which is released.
 std::string TextOf(CFStringRef owned);
 std::vector<std::string> SourceNames();
-
-/// An interface as a person adds it, with one entity of one source and one destination.
-MIDIDeviceRef AddInterface(const char* name);
-MIDIDeviceRef AddExternal(const char* name);
+std::vector<std::string> DeviceNames();
 
 /// What the kernel tells of one unit of the model that most cases use.
 struct UnitFacts {

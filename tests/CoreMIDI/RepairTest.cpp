@@ -11,18 +11,19 @@ protected:
         KestrinMIDIRepairCounts counts{};
         EXPECT_EQ(KestrinMIDIRepairDatabase(&savedAs, &counts), noErr);
         fSavedAs = savedAs ? TextOf(savedAs) : "";
-        EXPECT_EQ(fSavedAs.find(fFile.string() + ".damaged-20"), 0u) << fSavedAs;
+        EXPECT_THAT(fSavedAs, testing::StartsWith(fFile.string() + ".damaged-20"));
         EXPECT_TRUE(std::filesystem::exists(fSavedAs));
         EXPECT_EQ(KestrinMIDIGetDatabaseState(), kKestrinMIDIDatabaseReady);
         EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
         return counts;
     }
 
+    const MIDIDeviceRef fDevice = AddInterface("Interface", 1);
+    const MIDIUniqueID fID = ID(fDevice);
     std::string fSavedAs;
 };
 
 TEST_F(RepairTest, LeavesAHealthyAndANewerFileAlone) {
-    AddInterface("Interface");
     EXPECT_EQ(KestrinMIDIRepairDatabase(nullptr, nullptr), kMIDINotPermitted);
     RunSQL("PRAGMA user_version=99");
     EXPECT_EQ(KestrinMIDIRepairDatabase(nullptr, nullptr), kMIDINotPermitted);
@@ -30,15 +31,14 @@ TEST_F(RepairTest, LeavesAHealthyAndANewerFileAlone) {
 }
 
 TEST_F(RepairTest, SavesWhatStandsAroundTheDamage) {
-    for (int i = 0; i < 200; ++i)
-        AddInterface(("Interface " + std::to_string(i)).c_str());
-    const MIDIDeviceRef first = MIDIGetDevice(0);
-    const MIDIUniqueID id = UniqueIDOf(first);
-    MIDIRestart();
+    for (int i = 1; i < 200; ++i)
+        AddInterface("Interface " + std::to_string(i), 1);
     // One leaf page of the properties.
     const std::int64_t page =
-        QueryFile("SELECT pageno FROM dbstat WHERE name='properties' AND pagetype='leaf' "
-                  "ORDER BY path LIMIT 1 OFFSET 3");
+        QueryInteger(OpenFile().get(),
+                     "SELECT pageno FROM dbstat WHERE name='properties' AND pagetype='leaf' "
+                     "ORDER BY path LIMIT 1 OFFSET 3",
+                     -1);
     ASSERT_GT(page, 1);
     std::fstream file(fFile, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp((page - 1) * 4096);
@@ -51,34 +51,30 @@ TEST_F(RepairTest, SavesWhatStandsAroundTheDamage) {
     EXPECT_GT(counts.properties, 500u);
     EXPECT_LT(counts.properties, 1000u);
     EXPECT_EQ(MIDIGetNumberOfDevices(), 200u);
-    EXPECT_EQ(UniqueIDOf(first), id);
-    EXPECT_EQ(NameOf(first), "Interface 0");
+    EXPECT_EQ(ID(fDevice), fID);
+    EXPECT_EQ(NameOf(fDevice), "Interface");
     EXPECT_EQ(NameOf(MIDIGetDevice(199)), "Interface 199");
 }
 
 TEST_F(RepairTest, BeginsAnewWhereNothingCanBeRead) {
-    AddInterface("Interface");
-    MIDIRestart();
-    std::ofstream(fFile, std::ios::binary) << std::string(8192, 'x');
-    const KestrinMIDIRepairCounts counts = Repair();
-    EXPECT_EQ(counts.objects, 0u);
-    AddInterface("New");
-    EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
+    std::string before;
     // A second damage on the same day gets a name of its own.
-    const std::string before = fSavedAs;
-    MIDIRestart();
-    std::ofstream(fFile, std::ios::binary) << std::string(8192, 'y');
-    Repair();
-    EXPECT_NE(fSavedAs, before);
+    for (int round = 0; round < 2; ++round, before = fSavedAs) {
+        MIDIRestart();
+        std::ofstream(fFile, std::ios::binary) << std::string(8192, 'x');
+        EXPECT_EQ(Repair().objects, 0u);
+        EXPECT_NE(fSavedAs, before);
+        AddInterface("New", 1);
+        EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
+    }
 }
 
 TEST_F(RepairTest, DropsWhatMakesNoSense) {
-    const MIDIDeviceRef device = AddInterface("Interface");
-    RunSQL("INSERT INTO properties VALUES(999,'name','of nobody'),(" + std::to_string(device) +
+    RunSQL("INSERT INTO properties VALUES(999,'name','of nobody'),(" + std::to_string(fDevice) +
            ",'half',1.5)");
     EXPECT_NE(TextOf(KestrinMIDICopyDatabaseDamage()), "");
     EXPECT_EQ(Repair().lost, 2u);
-    EXPECT_EQ(NameOf(device), "Interface");
+    EXPECT_EQ(NameOf(fDevice), "Interface");
 }
 
 } // namespace

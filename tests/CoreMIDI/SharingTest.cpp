@@ -1,6 +1,5 @@
 #include "tests/CoreMIDI/MidiTest.h"
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -8,68 +7,51 @@
 
 namespace {
 
-/// Two processes that take turns: a byte through a pipe is the word to go on.
-class Turn {
+using SharingTest = MidiTest;
+
+/// Numbers that one process tells another, which waits for them.
+class Line {
 public:
-    Turn() { EXPECT_EQ(pipe(fEnds), 0); }
-    ~Turn() {
+    Line() { EXPECT_EQ(pipe(fEnds), 0); }
+    ~Line() {
         close(fEnds[0]);
         close(fEnds[1]);
     }
-    void Give(char word = '.') { EXPECT_EQ(write(fEnds[1], &word, 1), 1); }
-    char Take() {
-        char word = 0;
-        return read(fEnds[0], &word, 1) == 1 ? word : '\0';
+    void Tell(int number) { EXPECT_EQ(write(fEnds[1], &number, sizeof number), sizeof number); }
+    int Hear() {
+        int number = 0;
+        return read(fEnds[0], &number, sizeof number) == sizeof number ? number : 0;
     }
 
 private:
     int fEnds[2];
 };
 
-class SharingTest : public MidiTest {
-protected:
-    /// Starts a process that has nothing open.
-    template <typename Work>
-    pid_t Start(Work work) {
-        MIDIRestart();
-        const pid_t child = fork();
-        if (child == 0)
-            _exit(work());
-        return child;
-    }
-    static int End(pid_t child) {
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-};
-
 TEST_F(SharingTest, ReferencesAndChangesReachTheOtherProcessAtItsNextCall) {
-    const MIDIDeviceRef device = AddInterface("Interface");
-    Turn toChild;
-    Turn toParent;
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    Line toChild;
+    Line toParent;
     const pid_t child = Start([&] {
-        int wrong = NameOf(device) == "Interface" ? 0 : 1;
-        toParent.Give();
-        toChild.Take();
-        wrong += IntegerOf(device, CFSTR("group")) == 41 ? 0 : 2;
-        wrong += MIDIObjectSetIntegerProperty(device, CFSTR("group"), 42) == noErr ? 0 : 4;
-        const MIDIDeviceRef added = AddInterface("Of the child");
-        wrong += MIDIGetNumberOfDevices() == 2 ? 0 : 8;
-        toParent.Give(static_cast<char>(added));
-        toChild.Take();
-        wrong += NameOf(added) == "(-10842)" ? 0 : 16;
-        return wrong;
+        EXPECT_EQ(NameOf(device), "Interface");
+        toParent.Tell(1);
+        toChild.Hear();
+        EXPECT_EQ(Number(device, "group"), 41);
+        SetNumber(device, "group", 42);
+        const MIDIDeviceRef added = AddInterface("Of the child", 1);
+        EXPECT_EQ(MIDIGetNumberOfDevices(), 2u);
+        toParent.Tell(static_cast<int>(added));
+        toChild.Hear();
+        EXPECT_EQ(NameOf(added), "(-10842)");
     });
-    toParent.Take();
+    toParent.Hear();
     EXPECT_EQ(NameOf(device), "Interface");
-    EXPECT_EQ(MIDIObjectSetIntegerProperty(device, CFSTR("group"), 41), noErr);
-    toChild.Give();
-    const auto added = static_cast<MIDIDeviceRef>(toParent.Take());
-    EXPECT_EQ(IntegerOf(device, CFSTR("group")), 42);
+    SetNumber(device, "group", 41);
+    toChild.Tell(1);
+    const auto added = static_cast<MIDIDeviceRef>(toParent.Hear());
+    EXPECT_EQ(Number(device, "group"), 42);
     EXPECT_EQ(NameOf(added), "Of the child");
     EXPECT_EQ(MIDISetupRemoveDevice(added), noErr);
-    toChild.Give();
+    toChild.Tell(1);
     EXPECT_EQ(End(child), 0);
 }
 
@@ -78,57 +60,51 @@ TEST_F(SharingTest, ManyProcessesMayOpenANewFileAndWriteAtOnce) {
     constexpr int kWrites = 50;
     std::vector<pid_t> children;
     for (int process = 0; process < kProcesses; ++process) {
-        children.push_back(Start([process] {
-            const MIDIDeviceRef device = AddInterface(std::to_string(process).c_str());
-            for (int i = 0; i <= kWrites; ++i) {
-                if (MIDIObjectSetIntegerProperty(device, CFSTR("count"), i) != noErr)
-                    return 1;
-            }
+        children.push_back(Start([this, &kWrites] {
+            const MIDIDeviceRef device = AddInterface("Interface", 1);
+            for (int i = 0; i <= kWrites; ++i)
+                SetNumber(device, "count", i);
             MIDIRestart();
-            return IntegerOf(device, CFSTR("count")) == kWrites ? 0 : 2;
         }));
     }
     for (const pid_t child : children)
         EXPECT_EQ(End(child), 0);
     ASSERT_EQ(MIDIGetNumberOfDevices(), static_cast<ItemCount>(kProcesses));
     for (ItemCount i = 0; i < kProcesses; ++i)
-        EXPECT_EQ(IntegerOf(MIDIGetDevice(i), CFSTR("count")), kWrites);
+        EXPECT_EQ(Number(MIDIGetDevice(i), "count"), kWrites);
 }
 
 TEST_F(SharingTest, AKilledWriterLosesNothingThatWasConfirmed) {
-    const MIDIDeviceRef device = AddInterface("Interface");
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
     int last = 0;
     for (int round = 0; round < 8; ++round) {
-        int pipeEnds[2];
-        ASSERT_EQ(pipe(pipeEnds), 0);
+        Line confirmed;
         const pid_t child = Start([&] {
-            for (int i = last + 1;; ++i) {
-                if (MIDIObjectSetIntegerProperty(device, CFSTR("count"), i) != noErr ||
-                    write(pipeEnds[1], &i, sizeof i) != sizeof i)
-                    return 1;
-            }
+            for (int i = last + 1; MIDIObjectSetIntegerProperty(device, CFSTR("count"), i) == noErr;
+                 ++i)
+                confirmed.Tell(i);
+            confirmed.Tell(0);
         });
-        close(pipeEnds[1]);
         for (int i = 0; i < 20 + 37 * round; ++i)
-            ASSERT_EQ(read(pipeEnds[0], &last, sizeof last), static_cast<ssize_t>(sizeof last));
+            ASSERT_NE(last = confirmed.Hear(), 0);
         // This process writes as well while the other one dies.
-        EXPECT_EQ(MIDIObjectSetIntegerProperty(device, CFSTR("round"), round), noErr);
+        SetNumber(device, "round", round);
         kill(child, SIGKILL);
-        while (read(pipeEnds[0], &last, sizeof last) == static_cast<ssize_t>(sizeof last)) {
-        }
-        close(pipeEnds[0]);
-        EXPECT_EQ(End(child), -SIGKILL);
+        ASSERT_EQ(End(child), -SIGKILL);
+        confirmed.Tell(0);
+        while (const int number = confirmed.Hear())
+            last = number;
         // The one that was being written may have been confirmed or not.
-        EXPECT_GE(IntegerOf(device, CFSTR("count")), last);
-        EXPECT_LE(IntegerOf(device, CFSTR("count")), last + 1);
-        EXPECT_EQ(IntegerOf(device, CFSTR("round")), round);
+        EXPECT_GE(Number(device, "count"), last);
+        EXPECT_LE(Number(device, "count"), last + 1);
+        EXPECT_EQ(Number(device, "round"), round);
         EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
-        last = IntegerOf(device, CFSTR("count"));
+        last = Number(device, "count").value_or(0);
     }
 }
 
 TEST_F(SharingTest, AForkedChildLeavesTheDatabaseToItsParent) {
-    const MIDIDeviceRef device = AddInterface("Interface");
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
     const pid_t child = fork();
     if (child == 0) {
         const bool isRefused =
@@ -138,7 +114,7 @@ TEST_F(SharingTest, AForkedChildLeavesTheDatabaseToItsParent) {
         std::_Exit(isRefused ? 0 : 1);
     }
     EXPECT_EQ(End(child), 0);
-    EXPECT_EQ(MIDIObjectSetIntegerProperty(device, CFSTR("group"), 2), noErr);
+    SetNumber(device, "group", 2);
 }
 
 } // namespace
