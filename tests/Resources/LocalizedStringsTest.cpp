@@ -1,8 +1,7 @@
 #include "Resources/LocalizedStrings.h"
 
+#include "tests/Strings/Text.h"
 #include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <fstream>
 
@@ -12,12 +11,10 @@ namespace fs = std::filesystem;
 using Kestrin::LookupString;
 
 TEST(LocalizedStrings, AnswersFromTheTableOrWithTheKey) {
-    const auto lookup = [](const char* key) { return LookupString(key).utf8_str(); };
-    EXPECT_EQ(lookup("Greeting"), "Hello");
-    EXPECT_EQ(lookup("greeting"), "greeting");
-    EXPECT_EQ(lookup("Twice"), "last");
-    EXPECT_EQ(lookup("Between"), " ");
-    for (const char* key : {"Foreign", "Elsewhere", "Number", "", "\xe9"})
+    EXPECT_EQ(LookupString("Greeting"), "Hello"_u);
+    EXPECT_EQ(LookupString("Twice"), "last"_u);
+    EXPECT_EQ(LookupString("Between"), " "_u);
+    for (const char* key : {"greeting", "Foreign", "Elsewhere", "Number", "", "\xe9"})
         EXPECT_EQ(LookupString(key), UString(key, UString::kASCII)) << key;
 }
 
@@ -45,11 +42,8 @@ protected:
     const bool fMade = fs::create_directory(fFolder / "bin");
 };
 
-TEST_F(LookupInProgram, AnswersWithTheKeyWithoutATable) {
+TEST_F(LookupInProgram, AnswersWithTheKeyWithoutATableAndFailsAtEveryCallWithABrokenOne) {
     EXPECT_EQ(Run("LANG=fr", "Greeting ''"), "Greeting\n\n");
-}
-
-TEST_F(LookupInProgram, FailsAtEveryCallWithABrokenTable) {
     AddTable("bin/Resources", "<");
     const std::string line = "FailString Kestrin at file:Source/XML/XMLParser line:416\n-50\n";
     EXPECT_EQ(Run("", "a b"), line + line);
@@ -61,14 +55,12 @@ TEST_F(LookupInProgram, PrefersTheCopyInTheUsersLanguage) {
     AddTable("bin/fr.lproj", "outside");
     const std::pair<const char*, const char*> expected[] = {
         {"", ""},
-        {"LANG=es", ""},
         {"LANG=fr_CH.UTF-8", "/fr.lproj"},
         {"LANG=fr_CA.UTF-8@euro", "/fr_CA.lproj"},
         {"LANG=fr LC_MESSAGES=de_AT", "/de.lproj"},
         {"LANG=fr LC_MESSAGES=de LC_ALL=C.UTF-8", ""},
         {"LANG=fr LC_MESSAGES= LC_ALL= LANGUAGE=", "/fr.lproj"},
         {"LANG=fr LANGUAGE=es:de:fr", "/de.lproj"},
-        {"LANG=C LANGUAGE=fr", "/fr.lproj"},
         {"LANGUAGE=es:en:fr", ""},
         {"LANGUAGE=en_GB:fr", "/en_GB.lproj"},
         {"LANGUAGE=POSIX:fr", ""},

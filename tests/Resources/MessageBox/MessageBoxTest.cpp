@@ -3,11 +3,11 @@
 #include "UI/Window.h"
 
 #include "Platform/UI/NativeApplication.h"
+#include "tests/Strings/Text.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/RecordingLog.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <utility>
 
@@ -15,10 +15,6 @@ using Kestrin::NativeApplication;
 using testing::ElementsAre;
 
 namespace {
-
-UString Text(const std::string& text) {
-    return UString(text, UString::kUTF8);
-}
 
 class MessageBox : public testing::Test {
 protected:
@@ -31,7 +27,7 @@ protected:
     /// Asks the question of `type`; `act` sees the alert and answers it.
     int Ask(unsigned int type, std::function<void(const Desktop::Alert&)> act) {
         script.WhenAlertIsOpen(std::move(act));
-        return Kestrin::MessageBox(Text(text), Text("<i>R&D</i>"), type);
+        return Kestrin::MessageBox(UString(text, UString::kASCII), "<i>R&D</i>"_u, type);
     }
     int AskAndType(unsigned int type, const char* keys) {
         return Ask(type, [keys](const Desktop::Alert&) { Desktop::Type(keys); });
@@ -54,17 +50,6 @@ TEST_F(MessageBox, AsksYesOrNoInTheWordsOfTheStringsTable) {
         EXPECT_EQ(AskAndType(4, keys), 2) << keys;
 }
 
-TEST_F(MessageBox, ShowsMarkupLiterallyAndLongTextWithinTheScreen) {
-    Ask(48, [&](const Desktop::Alert& alert) {
-        EXPECT_EQ(alert.headline, "<i>R&D</i>");
-        EXPECT_EQ(alert.text, text);
-        EXPECT_GE(alert.place.x, 0);
-        EXPECT_LE(alert.place.x + alert.place.width, Desktop::Screen().width);
-        EXPECT_LE(alert.place.y + alert.place.height, Desktop::Screen().height);
-        Desktop::Type("Return");
-    });
-}
-
 TEST_F(MessageBox, AsksOKOrCancelByTheMouse) {
     for (const std::size_t button : {0, 1}) {
         const auto click = [button](const Desktop::Alert& alert) {
@@ -76,11 +61,16 @@ TEST_F(MessageBox, AsksOKOrCancelByTheMouse) {
     }
 }
 
-TEST_F(MessageBox, ACriticalMessageHasThePlatformsButton) {
+TEST_F(MessageBox, ACriticalMessageHasThePlatformsButtonAndShowsMarkupWithinTheScreen) {
     for (const char* key : {"Return", "Escape"}) {
-        const auto type = [key](const Desktop::Alert& alert) {
+        const auto type = [this, key](const Desktop::Alert& alert) {
             EXPECT_TRUE(alert.isCritical);
             EXPECT_THAT(alert.buttons, ElementsAre(testing::HasSubstr("OK")));
+            EXPECT_EQ(alert.headline, "<i>R&D</i>");
+            EXPECT_EQ(alert.text, text);
+            EXPECT_GE(alert.place.x, 0);
+            EXPECT_LE(alert.place.x + alert.place.width, Desktop::Screen().width);
+            EXPECT_LE(alert.place.y + alert.place.height, Desktop::Screen().height);
             Desktop::Type(key);
         };
         EXPECT_EQ(Ask(48, type), 1);
@@ -98,7 +88,7 @@ struct Client final : Kestrin::Window::WindowEventClient {
 
 TEST_F(MessageBox, TheWindowBeneathMayGoWhileItIsOpen) {
     Client client;
-    Kestrin::Window* window = Kestrin::Window::Create(client, Text("Beneath"), 300, 100, 0);
+    Kestrin::Window* window = Kestrin::Window::Create(client, "Beneath"_u, 300, 100, 0);
     window->Activate();
     script.When([&] { return client.active; }, [] {});
     script.Play();
@@ -108,8 +98,8 @@ TEST_F(MessageBox, TheWindowBeneathMayGoWhileItIsOpen) {
 
 TEST_F(MessageBox, TheEndOfTheProgramAnswersForTheSecondButton) {
     EXPECT_EQ(Ask(4, [](const Desktop::Alert&) { NativeApplication::Shared().Terminate(); }), 2);
-    EXPECT_EQ(Kestrin::MessageBox(Text("more"), Text("questions"), 1), 2);
-    EXPECT_EQ(Kestrin::MessageBox(Text("more"), Text("news"), 48), 1);
+    EXPECT_EQ(Kestrin::MessageBox("more"_u, "questions"_u, 1), 2);
+    EXPECT_EQ(Kestrin::MessageBox("more"_u, "news"_u, 48), 1);
 }
 
 } // namespace
