@@ -8,10 +8,12 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::literals;
 
 CFHolder<CFURLRef> URLOf(const std::string& path) {
     return CFHolder<CFURLRef>(CFURLCreateFromFileSystemRepresentation(
@@ -25,21 +27,16 @@ TEST(Files, MakesReferencesOfNamesThatExist) {
     fs::create_symlink("gone", folder / "dangling");
     FSRef parent{};
     ASSERT_TRUE(CFURLGetFSRef(URLOf(folder.Path()).Get(), &parent));
-    const std::pair<std::string, OSStatus> names[] = {{"a", noErr},
-                                                      {"b", fnfErr},
-                                                      {"dangling", fnfErr},
-                                                      {"", bdNamErr},
-                                                      {"..", bdNamErr},
-                                                      {"a/", bdNamErr},
-                                                      {std::string("a\0", 2), bdNamErr}};
-    for (const auto& [name, status] : names) {
+    const auto make = [&parent](std::string_view name) {
         const std::basic_string<UniChar> units(name.begin(), name.end());
         FSRef made{};
-        EXPECT_EQ(
-            FSMakeFSRefUnicode(&parent, units.size(), units.data(), kTextEncodingUnknown, &made),
-            status)
-            << name;
-    }
+        return FSMakeFSRefUnicode(&parent, units.size(), units.data(), kTextEncodingUnknown, &made);
+    };
+    EXPECT_EQ(make("a"), noErr);
+    for (const char* name : {"b", "dangling"})
+        EXPECT_EQ(make(name), fnfErr) << name;
+    for (const std::string_view name : {""sv, ".."sv, "a/"sv, "a\0"sv})
+        EXPECT_EQ(make(name), bdNamErr) << name;
     fs::remove_all(folder.Path());
     EXPECT_EQ(FSGetCatalogInfo(&parent, 0, nullptr, nullptr, nullptr, nullptr), fnfErr);
 }
@@ -59,20 +56,6 @@ TEST(CFURL, AppendsComponentsAndRefusesWhatIsNoPath) {
     EXPECT_TRUE(CFEqual(relative.Get(), URLOf(fs::current_path() / "relative").Get()));
     UInt8 small[4];
     EXPECT_FALSE(CFURLGetFileSystemRepresentation(folder.Get(), true, small, sizeof small));
-}
-
-TEST(CFBundle, HasNoFoldersForResources) {
-    const TemporaryFolder folder;
-    fs::create_directories(folder / "Resources/a.htm");
-    std::ofstream(folder / "Resources/b.htm") << "x";
-    const CFHolder<CFBundleRef> bundle(CFBundleCreate(nullptr, URLOf(folder.Path()).Get()));
-    const auto find = [&bundle](CFStringRef name) {
-        return CFHolder<CFURLRef>(
-            CFBundleCopyResourceURL(bundle.Get(), name, CFSTR("htm"), nullptr));
-    };
-    EXPECT_TRUE(find(CFSTR("b")));
-    EXPECT_FALSE(find(CFSTR("a")));
-    EXPECT_EQ(CFBundleCreate(nullptr, URLOf(folder / "none").Get()), nullptr);
 }
 
 } // namespace
