@@ -38,20 +38,6 @@ TEST_F(Display, ThePointerReachesTheViewsWhereTheySayTheyStand) {
     EXPECT_TRUE(NativeInput::WaitUntil([&] { return notes.back().starts_with("right exited"); }));
 }
 
-TEST_F(Display, ThePointerComesBackToWhereItWasHidden) {
-    left.tracksMouse = true;
-    Place(left, {0, 0, 100, 100});
-    PointAt(left, {10, 10});
-    ASSERT_TRUE(Noted("left inside 10,10"));
-    left.ShowMouse(false);
-    left.ShowMouse(false);
-    PointAt(left, {60, 60});
-    ASSERT_TRUE(Noted("left inside 60,60"));
-    notes.clear();
-    left.ShowMouse(true);
-    EXPECT_TRUE(Noted("left inside 10,10"));
-}
-
 TEST_F(Display, ADragInAClickThroughViewMovesTheWindow) {
     right.EnableClickThrough(true);
     const Rect before = window->GetRect();

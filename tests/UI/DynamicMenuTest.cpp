@@ -76,16 +76,6 @@ TEST(DynamicMenu, AChoiceBecomesCurrentUnlessThereIsNoneAndIsToldEitherWay) {
     }
 }
 
-TEST(DynamicMenu, CommandsOfSubMenusAreHandedOn) {
-    FilledMenu menu, first, second;
-    menu.AddSubMenu(&first);
-    menu.AddSubMenu(&second);
-    EXPECT_TRUE(menu.CanHandle(second.Command(1)) && menu.HandleCommand(second.Command(1)));
-    EXPECT_EQ(second.GetCurrentItem(), 1);
-    EXPECT_EQ(menu.GetCurrentItem(), 0);
-    EXPECT_FALSE(menu.CanHandle({0, 1}) || menu.HandleCommand({0, 1}));
-}
-
 TEST(DynamicMenu, AListenerMayDeleteTheMenuOrChangeTheListeners) {
     Listener early, removed, deleting, never;
     auto menu = std::make_unique<FilledMenu>();

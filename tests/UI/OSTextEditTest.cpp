@@ -35,8 +35,8 @@ protected:
         right.SetTabStop(true);
     }
 
-    void CreateEdit(OSTextEditViewClient* editClient, bool handlesEditCommands = true) {
-        edit.reset(OSTextEdit::Create(editClient, handlesEditCommands));
+    void CreateEdit(OSTextEditViewClient* editClient) {
+        edit.reset(OSTextEdit::Create(editClient, true));
         Place(*edit, {20, 60, 120, 22});
     }
 
@@ -182,12 +182,8 @@ TEST_F(TextEdit, ADisabledFieldTakesNoKeysAndEndsItsEdit) {
     EXPECT_EQ(Shown(), "");
 }
 
-TEST_F(TextEdit, TakesTheEditMenusCommandsUnlessCreatedWithoutAndNeedsNoClient) {
-    EXPECT_TRUE(edit->CanHandle({1, 7}) && edit->HandleCommand({1, 7}));
-    for (const CommandSpecifier refused : {CommandSpecifier{1, 6}, {2, 3}, {0, 3}})
-        EXPECT_FALSE(edit->CanHandle(refused) || edit->HandleCommand(refused));
-    CreateEdit(nullptr, false);
-    EXPECT_FALSE(edit->CanHandle({1, 3}) || edit->HandleCommand({1, 3}));
+TEST_F(TextEdit, NeedsNoClient) {
+    CreateEdit(nullptr);
     Focus();
     Type("1, Return");
     EXPECT_EQ(Shown(), "1");

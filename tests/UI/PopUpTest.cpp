@@ -14,19 +14,14 @@ class Control : public View, public DynamicMenu {
 public:
     /// The control may be gone behind this.
     void DoClick(const Point&, unsigned int, bool) override {
-        const Rect place = OnScreen();
-        PopupSelect(static_cast<int>(place.x), static_cast<int>(place.y));
+        const Point corner = ViewToScreen({0, 0});
+        PopupSelect(static_cast<int>(corner.x), static_cast<int>(corner.y));
     }
 
     void ItemSelected(DynamicMenu*, unsigned short item, unsigned int) override {
         chosen = item;
         if (then)
             then();
-    }
-
-    Rect OnScreen() const {
-        const Point corner = ViewToScreen({0, 0});
-        return {corner.x, corner.y, GetDimensions().width, GetDimensions().height};
     }
 
     int chosen = 0;
@@ -55,7 +50,8 @@ protected:
     void Open(const std::string& press = "click 1") {
         script.When([this] { return root.IsViewActive(); },
                     [this, press] {
-                        Desktop::PointAt(control->OnScreen());
+                        const Point middle = control->ViewToScreen({85, 12});
+                        Desktop::PointAt({middle.x, middle.y});
                         Desktop::Input(press);
                     });
     }
@@ -87,8 +83,8 @@ TEST_F(PopUp, OpensWithTheCurrentItemCheckedOverItsControlAndBorrowsTheChain) {
         ASSERT_EQ(menu.items.size(), 5u);
         EXPECT_EQ(menu.items[2].text, "Surface 3");
         EXPECT_TRUE(menu.items[2].isChecked && !menu.items[1].isChecked);
-        EXPECT_EQ(menu.items[2].place.y, control->OnScreen().y);
-        EXPECT_NEAR(menu.place.x, control->OnScreen().x, 2);
+        EXPECT_EQ(menu.items[2].place.y, control->ViewToScreen({0, 0}).y);
+        EXPECT_NEAR(menu.place.x, control->ViewToScreen({0, 0}).x, 2);
         EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), control.get());
         EXPECT_FALSE(menu.items[4].isEnabled);
         Desktop::PointAt(menu.items[4].place);

@@ -1,9 +1,7 @@
 #include "UI/OSTextLayoutQt.h"
 
 #include "tests/UI/Picture.h"
-#include "tests/support/RecordingLog.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -42,13 +40,12 @@ protected:
 
 TEST_F(TextLayoutTest, FollowsChangesAfterItWasMeasured) {
     const float width = WidthOf("Group");
-    layout.SetHorizontalScale(2);
-    EXPECT_NEAR(layout.Width(), 2 * width, 1);
-    layout.SetHorizontalScale(1);
     layout.SetFont(kFontPlain, 28);
     EXPECT_NEAR(layout.Width(), 2 * width, 2);
     layout.SetFont(kFontBold, 28);
     EXPECT_GT(layout.Width(), 2 * width + 2);
+    layout.SetHorizontalScale(2);
+    EXPECT_GT(layout.Width(), 4 * width);
 }
 
 TEST_F(TextLayoutTest, WrapsAtLineEndsWordsAndInsideWordsThatAreTooLong) {
@@ -96,19 +93,6 @@ TEST_F(TextLayoutTest, PlacesLinesByTheirAlignment) {
     EXPECT_NEAR(Drawn().right, 309, 2) << "blanks at the end do not count";
     layout.SetLineLength(5);
     EXPECT_NEAR(Drawn().left, 10, 2) << "what is too wide starts at the left";
-}
-
-TEST_F(TextLayoutTest, ReportsUnknownValuesAndGoesOn) {
-    RecordingLog::Clear();
-    layout.SetText(Text("A text that is too long"));
-    layout.SetLineLength(60);
-    layout.SetAlignment(static_cast<TextAlignment>(7));
-    EXPECT_NEAR(Drawn().left, 10, 2);
-    layout.SetTruncate(static_cast<TextTruncate>(9));
-    EXPECT_LE(layout.Width(), 60);
-    layout.SetWrap(static_cast<TextWrap>(2));
-    EXPECT_GT(layout.Height(), 2 * layout.LineHeight());
-    EXPECT_THAT(RecordingLog::Lines(), testing::SizeIs(4));
 }
 
 TEST_F(TextLayoutTest, ShapesScriptsThatJoinAndRunFromTheRight) {

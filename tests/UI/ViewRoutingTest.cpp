@@ -16,10 +16,6 @@ NativeMouseEvent At(double x, double y, unsigned flags = 0, int clicks = 1) {
     return {{x, y}, flags, clicks};
 }
 
-NativeMouseEvent Turned(double deltaX, double deltaY) {
-    return {{1, 1}, 0, 0, deltaX, deltaY};
-}
-
 /// A panel with a button, and above that a label that takes no clicks and reaches further.
 class Routing : public testing::Test {
 protected:
@@ -70,26 +66,6 @@ TEST_F(Routing, AHiddenViewTakesNoPressAndADisabledOneOnlyTheRelease) {
     EXPECT_THAT(notes, ElementsAre("panel click 30,25"));
 }
 
-TEST_F(Routing, AMoveReachesTheViewsUnderItInOrderBeforeTheirParent) {
-    panel.tracksMouse = button.tracksMouse = label.tracksMouse = true;
-    BridgeOf(label).HandleMouseMoved(At(10, 5));
-    EXPECT_THAT(notes,
-                ElementsAre("button inside 10,5", "label inside 10,5", "panel inside 30,25"));
-    button.ShowHide(false);
-    label.tracksMouse = false;
-    notes.clear();
-    BridgeOf(label).HandleMouseMoved(At(10, 5));
-    EXPECT_THAT(notes, ElementsAre("panel inside 30,25"));
-}
-
-TEST_F(Routing, TheWheelRoundsAwayFromZeroAndRisesToTheViewThatWantsIt) {
-    BridgeOf(button).HandleScrollWheel(Turned(1, 1));
-    panel.tracksMouse = true;
-    BridgeOf(button).HandleScrollWheel(Turned(0.2, -0.2));
-    BridgeOf(button).HandleScrollWheel(Turned(0, 1));
-    EXPECT_THAT(notes, ElementsAre("panel wheel 21,21 by 1,-1", "panel wheel 21,21 by 0,3"));
-}
-
 TEST_F(Routing, KeysHaveTheirTextModifiersAndCode) {
     const std::pair<NativeKeyEvent, std::string> keys[] = {
         {{"", u"\xF700", 111, Kestrin::kNativeOption}, "'' 2048 30"},
@@ -106,20 +82,6 @@ TEST_F(Routing, KeysHaveTheirTextModifiersAndCode) {
         BridgeOf(button).HandleKeyDown(event);
         EXPECT_EQ(notes.back(), "button key " + note);
     }
-}
-
-TEST_F(Routing, TheCurrentEventIsTheInnermostThatIsHandled) {
-    button.during = [&](const std::string&) {
-        EXPECT_EQ(Kestrin::CurrentMouseDown()->where.x, 7);
-        BridgeOf(panel).HandleKeyDown(NativeKeyEvent{});
-        EXPECT_EQ(Kestrin::CurrentEventView(), &button);
-    };
-    panel.during = [&](const std::string&) {
-        EXPECT_EQ(Kestrin::CurrentEventView(), &panel);
-        EXPECT_EQ(Kestrin::CurrentMouseDown(), nullptr);
-    };
-    Press(label, 7, 7);
-    EXPECT_THAT(notes, ElementsAre("button click 7,7", "panel key '' 0 0"));
 }
 
 TEST_F(Routing, APressThatWasHandedOnAndLosesItsReleaseEndsOutsideTheControl) {

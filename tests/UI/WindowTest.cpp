@@ -78,9 +78,4 @@ TEST_F(Windows, TheWindowMayGoInsideEachCallOfItsViewsAndItsClient) {
     }
 }
 
-TEST_F(Windows, ToolTipsAreTextAndCrossAsManyBytesAsUnits) {
-    root.SetToolTip(Text("a <b> €"));
-    EXPECT_EQ(NativeInput::ToolTipOf(root), "a <b> ");
-}
-
 } // namespace

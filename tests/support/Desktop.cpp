@@ -32,8 +32,7 @@ Rect From(const QRect& r) {
 }
 
 bool IsOnScreen(const QWidget* widget) {
-    return widget != nullptr && widget->isVisible() && widget->windowHandle() != nullptr &&
-           widget->windowHandle()->isExposed();
+    return widget && widget->windowHandle() && widget->windowHandle()->isExposed();
 }
 
 /// What a person reads on it.

@@ -13,7 +13,6 @@
 #include <QImage>
 #include <QMetaEnum>
 #include <QTest>
-#include <QTextDocumentFragment>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
@@ -97,10 +96,6 @@ void CloseWindow(const View& anyView) {
 void ResizeWindow(const View& anyView, int width, int height) {
     WidgetOf(anyView).window()->resize(width, height);
     Settle();
-}
-
-std::string ToolTipOf(const View& view) {
-    return Kestrin::ToUtf8(QTextDocumentFragment::fromHtml(WidgetOf(view).toolTip()).toPlainText());
 }
 
 void RunModalWindow() {

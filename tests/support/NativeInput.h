@@ -46,8 +46,6 @@ void TypeByInputMethod(const Kestrin::View& anyView, const std::string& text);
 /// Presses the window's close button.
 void CloseWindow(const Kestrin::View& anyView);
 void ResizeWindow(const Kestrin::View& anyView, int width, int height);
-/// What a person reads, UTF-8.
-std::string ToolTipOf(const Kestrin::View& view);
 
 /// Opens a modal window, waits until it is seen and has it closed.
 void RunModalWindow();
