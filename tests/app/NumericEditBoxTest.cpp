@@ -10,7 +10,7 @@ using namespace Kestrin;
 
 class NumericEditBoxTest : public testing::Test {
 protected:
-    void SetUp() override {
+    NumericEditBoxTest() {
         box.Init(&parent, {0, 0}, 80, 0, 127, UString("Group", UString::kASCII));
     }
 
@@ -32,17 +32,14 @@ TEST_F(NumericEditBoxTest, LetsThroughDigitsAndKeysThatTypeNothing) {
 }
 
 TEST_F(NumericEditBoxTest, ArrowsStepWithinTheRangeAndOthersShowNothingOutsideIt) {
-    const auto expectAfter = [this](unsigned char key, int number) {
+    for (const auto& [key, number] : {std::pair(kKeyDown, 0), {kKeyUp, 1}, {kKeyDown, 0}}) {
         EXPECT_FALSE(Press(key));
         EXPECT_EQ(box.Get(), number);
-    };
-    expectAfter(kKeyDown, 0);
-    expectAfter(kKeyUp, 1);
-    expectAfter(kKeyDown, 0);
-    box.Show(127);
-    box.Show(128);
-    box.Show(-1);
-    expectAfter(kKeyUp, 127);
+    }
+    for (const int number : {127, 128, -1})
+        box.Show(number);
+    Press(kKeyUp);
+    EXPECT_EQ(box.Get(), 127);
     box.ActiveStateChanged(nullptr, true);
     box.Show(9);
     EXPECT_EQ(box.Get(), 127) << "not while the user edits";
