@@ -27,18 +27,10 @@ midisetup() {
 # A line for each surface that the program would find, in its order.
 #   surfaces FIELD...    name, uniqueID, type, group, storedPosition ...
 surfaces() {
-    midisetup surfaces --json | awk -v wanted="$*" '
-        match($0, /^ *"[A-Za-z]+": /) {
-            value = substr($0, RLENGTH + 1)
-            gsub(/^"|"?,?$/, "", value)
-            split($0, quoted, "\"")
-            values[quoted[2]] = value
-        }
-        /}/ {
-            count = split(wanted, fields, " ")
-            for (i = 1; i <= count; ++i)
-                printf "%s%s", values[fields[i]], i < count ? " | " : "\n"
-        }'
+    midisetup surfaces --json | python3 -IS -c '
+import json, sys
+for surface in json.load(sys.stdin):
+    print(*(surface[field] for field in sys.argv[1:]), sep=" | ")' "$@"
 }
 
 # Everything that is known, as a tree without the unique IDs.

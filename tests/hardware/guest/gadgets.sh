@@ -98,19 +98,13 @@ plug() {
     wait_until "$unit appears at $place" has_ports "$place" "$(cat "$gadgets/$unit/functions/midi.usb0/in_ports")"
 }
 
-# The place where UNIT is plugged in; fails if it is not.
-place_of() {
-    local controller
-    controller=$(cat "$gadgets/$1/UDC")
-    [ -n "$controller" ] && echo "${controller#dummy_udc.}"
-}
-
 nothing_at() { ! card_at "$1" >/dev/null; }
 
 # unplug UNIT: pulls it out and waits until its card is gone.
 unplug() {
-    local place
-    place=$(place_of "$1") || return
+    local controller place
+    controller=$(cat "$gadgets/$1/UDC")
+    place=${controller#dummy_udc.}
     echo >"$gadgets/$1/UDC"
     wait_until "$1 is gone from $place" nothing_at "$place"
 }
