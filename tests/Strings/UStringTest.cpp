@@ -26,7 +26,7 @@ TEST(UString, ChangesWithinItsLengthAndKeepsTheClosingUnit) {
     EXPECT_EQ(text.find("ca"_u, 1), 1u);
     EXPECT_EQ(text.find("ca"_u, 2), UString::npos);
     text.append(reinterpret_cast<const unsigned char*>("\xC3\xA9\xFF"), 3, UString::kUTF8);
-    text += "\xC3";
+    UString::FormattedStreamProxy(text).Stream() << "\xC3";
     EXPECT_EQ(text, Units({'b', 'c', 'a', 0xE9, 0xC3}));
     text.assign(reinterpret_cast<const unsigned char*>("b"), 1, UString::kASCII).resize(3);
     EXPECT_EQ(text, Units({'b', 0, 0}));
