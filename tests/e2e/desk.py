@@ -18,11 +18,13 @@ BUILD = pathlib.Path(os.environ["BUILD_FOLDER"])
 ARTEFACTS = pathlib.Path(os.environ["ARTEFACT_FOLDER"])
 PROGRAM = BUILD / "app/sorvex-mackie-setup"
 MIDISETUP = BUILD / "tools/midisetup/midisetup"
-MIXER = BUILD / "examples/mixer"
 TITLE = "Velt Sorvex Mackie Control Surface Settings"
 GROUP_KEY = "com_velt_sorvex_control_surface_groupid"
 POSITION_KEY = "com_velt_sorvex_control_surface_grouppos"
 BACKGROUND = (25, 29, 29)
+# Where the controls are clicked, in window coordinates.
+SURFACES, GROUP, POSITION = (300, 32), (190, 92), (190, 132)
+HELP, CANCEL, OK = (300, 171), (400, 171), (500, 171)
 PATIENCE = 20  # seconds, for a machine that has other things to do
 
 
@@ -79,10 +81,6 @@ class Studio:
         """(group, position) of every surface, in the program's order, as stored."""
         return [tuple(int(self.midisetup("get", str(surface["uniqueID"]), key))
                       for key in (GROUP_KEY, POSITION_KEY)) for surface in self.surfaces()]
-
-    def mixer_lines(self):
-        return subprocess.run([MIXER], env=self.environment, check=True, capture_output=True,
-                              text=True).stdout.splitlines()
 
 
 class Program:
@@ -145,12 +143,6 @@ class Program:
 
     # Doing
 
-    def press(self, x, y):
-        xdotool("mousemove", "--window", self.window, x, y, "mousedown", 1)
-
-    def release_below(self, distance):
-        xdotool("mousemove_relative", "--", 0, distance, "mouseup", 1)
-
     def click(self, x, y):
         xdotool("mousemove", "--window", self.window, x, y, "click", 1)
 
@@ -160,28 +152,14 @@ class Program:
     def type(self, text):
         xdotool("type", "--delay", 5, text)
 
-    def replace_number(self, x, y, text):
+    def set_number(self, box, text):
         """Clicks a box and types over what it holds."""
-        before = self.region(x - 38, y - 12, 76, 24)
-        self.click(x, y)
-        until("the box shows that it has the focus", lambda: self.region(x - 38, y - 12, 76, 24) != before)
+        around = (box[0] - 38, box[1] - 12, 76, 24)
+        before = self.region(*around)
+        self.click(*box)
+        until("the box shows that it has the focus", lambda: self.region(*around) != before)
         self.key("ctrl+a")
         self.type(text)
-
-    def set_group(self, text):
-        self.replace_number(190, 92, text)
-
-    def set_position(self, text):
-        self.replace_number(190, 132, text)
-
-    def click_help(self):
-        self.click(300, 171)
-
-    def click_cancel(self):
-        self.click(400, 171)
-
-    def click_ok(self):
-        self.click(500, 171)
 
     # The end
 
@@ -207,4 +185,4 @@ class Program:
 
 def keep_picture(name):
     ARTEFACTS.mkdir(parents=True, exist_ok=True)
-    Picture.of_screen().save(ARTEFACTS / f"{name}.png")
+    subprocess.run(["import", "-silent", "-window", "root", ARTEFACTS / f"{name}.png"], check=True)

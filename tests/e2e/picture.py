@@ -4,8 +4,8 @@ import subprocess
 
 
 class Picture:
-    def __init__(self, width, height, pixels):
-        self.width, self.height, self._pixels = width, height, pixels
+    def __init__(self, width, pixels):
+        self.width, self._pixels = width, pixels
 
     @classmethod
     def of_screen(cls):
@@ -13,12 +13,7 @@ class Picture:
                               check=True, capture_output=True).stdout
         magic, size, depth, pixels = data.split(b"\n", 3)
         assert magic == b"P6" and depth == b"255", "an unexpected picture format"
-        width, height = map(int, size.split())
-        return cls(width, height, pixels)
-
-    def save(self, path):
-        subprocess.run(["convert", "ppm:-", str(path)], check=True,
-                       input=b"P6\n%d %d\n255\n" % (self.width, self.height) + self._pixels)
+        return cls(int(size.split()[0]), pixels)
 
     def color(self, x, y):
         start = 3 * (y * self.width + x)

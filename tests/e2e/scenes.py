@@ -2,7 +2,7 @@
 
 import unittest
 
-from desk import Program, Studio, keep_picture, until
+from desk import CANCEL, GROUP, HELP, OK, POSITION, SURFACES, Program, Studio, keep_picture, until
 
 
 class Scene(unittest.TestCase):
@@ -21,12 +21,12 @@ class Scene(unittest.TestCase):
     def assertEndsSilently(self, program):
         self.assertEqual(program.await_end(), "")
 
-    def choose_surface(self, index):
-        """Opens the pop-up by mouse and chooses by keyboard, from the first surface."""
+    def choose_second_surface(self, picture):
+        """Once the pop-up opens."""
         before = self.program.shown_surface()
-        self.program.click(300, 32)
         until("the pop-up is open", lambda: len(self.program.windows()) > 1)
-        self.program.key(*["Down"] * index, "Return")
+        keep_picture(picture)
+        self.program.key("Down", "Return")
         until("another surface is shown", lambda: self.program.shown_surface() != before)
         self.program.await_no_alert()
 
@@ -52,56 +52,37 @@ class SettingsWindow(Scene):
         self.assertInside(ink(10, 20, 120, 25), 20, 20, 120, 25)
         self.assertInside(ink(152, 24, 330, 18), 152, 24, 330, 18)
 
-    def test_ok_stores_every_surface(self):
-        self.program.click_ok()
-        self.assertEndsSilently(self.program)
-        self.assertTrue(all(0 <= position <= 127 for _, position in self.studio.settings()))
-
     def test_choosing_a_surface_and_typing_its_settings(self):
         first_group, first_position = self.studio.settings()[0]
-        self.choose_surface(1)
-        self.program.set_group("2")
-        self.program.set_position("5")
+        self.program.click(*SURFACES)
+        self.choose_second_surface("pop-up")
+        self.program.set_number(GROUP, "7")
+        self.program.key("Up", "Up", "Down")
+        self.program.set_number(POSITION, "5")
         keep_picture("second-surface")
-        self.program.click_ok()
+        self.program.click(*OK)
         self.assertEndsSilently(self.program)
         settings = self.studio.settings()
-        self.assertEqual(settings[1], (2, 5))
+        self.assertEqual(settings[1], (8, 5))
         self.assertEqual(settings[0], (first_position, first_group), "stored crosswise when left")
-        self.assertIn("group 2, position 5: Left Extender", self.studio.mixer_lines())
-
-    def test_pressing_and_releasing_over_another_surface_chooses_it(self):
-        before = self.program.shown_surface()
-        self.program.press(300, 32)
-        until("the pop-up is open", lambda: len(self.program.windows()) > 1)
-        keep_picture("pop-up")
-        self.program.release_below(60)
-        until("another surface is shown", lambda: self.program.shown_surface() != before)
-
-    def test_arrow_keys_step_the_number(self):
-        self.program.set_group("7")
-        self.program.key("Up", "Up", "Down")
-        self.program.click_ok()
-        self.assertEndsSilently(self.program)
-        self.assertEqual(self.studio.settings()[0][0], 8)
 
     def test_a_number_out_of_range_is_refused_once_and_ok_does_not_act(self):
         stored = self.studio.settings()[0]
-        self.program.set_group("999")
-        self.program.click_ok()
+        self.program.set_number(GROUP, "999")
+        self.program.click(*OK)
         self.program.await_alert()
         keep_picture("invalid-number")
         self.program.key("Return")
         self.program.await_no_alert()
         self.assertTrue(self.program.is_running(), "the press did not act")
-        self.program.click_ok()
+        self.program.click(*OK)
         self.assertEndsSilently(self.program)
         self.assertEqual(self.studio.settings()[0][0], stored[0])
 
     def test_cancel_and_closing_store_nothing(self):
         before = self.studio.settings()
-        self.program.set_group("9")
-        self.program.click_cancel()
+        self.program.set_number(GROUP, "9")
+        self.program.click(*CANCEL)
         self.assertEndsSilently(self.program)
         for end in (lambda program: program.key("alt+F4"), lambda program: program.key("Escape"),
                     Program.terminate):
@@ -111,17 +92,14 @@ class SettingsWindow(Scene):
         self.assertEqual(self.studio.settings(), before)
 
     def test_help_opens_the_document_and_the_window_stays(self):
-        self.program.click_help()
+        self.program.click(*HELP)
         until("the help document is opened", self.studio.opened_documents)
         self.assertIn("SorvexMackieSurfaceHelp.htm", self.studio.opened_documents()[0])
         self.assertTrue(self.program.is_running())
 
     def test_the_keyboard_alone_suffices(self):
-        before = self.program.shown_surface()
         self.program.key("Tab", "space")
-        until("the pop-up is open", lambda: len(self.program.windows()) > 1)
-        self.program.key("Down", "Return")
-        until("another surface is shown", lambda: self.program.shown_surface() != before)
+        self.choose_second_surface("pop-up-by-keyboard")
         self.program.key("Tab", "ctrl+a")
         self.program.type("3")
         self.program.key("Tab", "ctrl+a")
@@ -132,17 +110,6 @@ class SettingsWindow(Scene):
         self.program.key("Return")
         self.assertEndsSilently(self.program)
         self.assertEqual(self.studio.settings()[1], (3, 11))
-
-    def test_of_two_programs_the_last_ok_wins(self):
-        other = self.start()
-        other.set_group("4")
-        other.click_ok()
-        other.await_end()
-        self.program.await_no_alert()
-        self.program.set_group("6")
-        self.program.click_ok()
-        self.assertEndsSilently(self.program)
-        self.assertEqual(self.studio.settings()[0][0], 6)
 
 
 class NoSurfaces(Scene):
@@ -163,7 +130,7 @@ class NoSurfaces(Scene):
 
     def finish_with_ok(self):
         self.program.await_window()
-        self.program.click_ok()
+        self.program.click(*OK)
         self.assertEndsSilently(self.program)
 
 
