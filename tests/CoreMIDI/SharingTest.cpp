@@ -60,7 +60,7 @@ TEST_F(SharingTest, ManyProcessesMayOpenANewFileAndWriteAtOnce) {
     constexpr int kWrites = 50;
     std::vector<pid_t> children;
     for (int process = 0; process < kProcesses; ++process) {
-        children.push_back(Start([this, &kWrites] {
+        children.push_back(Start([this] {
             const MIDIDeviceRef device = AddInterface("Interface", 1);
             for (int i = 0; i <= kWrites; ++i)
                 SetNumber(device, "count", i);
