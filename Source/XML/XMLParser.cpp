@@ -186,6 +186,11 @@ bool Parser::ReadNode() {
 }
 
 int Parser::NodeType() {
+    // For a blank text libxml2 would look for xml:space in all elements around it, which makes no
+    // difference here.
+    xmlNode* node = xmlTextReaderCurrentNode(fReader.get());
+    if (node != nullptr && node->type == XML_TEXT_NODE)
+        return xmlIsBlankNode(node) == 1 ? XML_READER_TYPE_WHITESPACE : XML_READER_TYPE_TEXT;
     return Checked(xmlTextReaderNodeType(fReader.get()));
 }
 
