@@ -55,6 +55,8 @@ OSStatus AddToSetup(MIDIDeviceRef ref, MIDIObjectType type) {
 
 OSStatus RemoveFromSetup(MIDIDeviceRef ref, MIDIObjectType type) {
     ServiceSession session;
+    // Whether it is plugged in now decides, not what the last enumeration saw.
+    session.LookForNews();
     return session.Apply([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const device = editor.Store().Find(ref);
         if (!device || device->type != type)

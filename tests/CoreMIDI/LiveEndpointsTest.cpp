@@ -53,7 +53,6 @@ TEST_F(LiveEndpointsTest, AnUnpluggedDeviceIsKnownAndNotEnumerated) {
     EXPECT_EQ(Number(source, "group"), 3);
 
     PlugIn(SequencerWith({}));
-    EXPECT_EQ(MIDIGetNumberOfSources(), 0u);
     EXPECT_EQ(MIDISetupRemoveDevice(device), noErr);
     EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
 }
