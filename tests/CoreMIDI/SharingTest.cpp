@@ -4,12 +4,14 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
 using SharingTest = MidiTest;
 
-/// Numbers that one process tells another, which waits for them.
+/// Numbers that one process tells another, which waits for them and hears 0 when there is nobody
+/// left to tell any.
 class Line {
 public:
     Line() { EXPECT_EQ(pipe(fEnds), 0); }
@@ -17,6 +19,8 @@ public:
         close(fEnds[0]);
         close(fEnds[1]);
     }
+    /// For a process that only hears.
+    void LeaveTheTelling() { close(std::exchange(fEnds[1], -1)); }
     void Tell(int number) { EXPECT_EQ(write(fEnds[1], &number, sizeof number), sizeof number); }
     int Hear() {
         int number = 0;
@@ -83,17 +87,16 @@ TEST_F(SharingTest, AKilledWriterLosesNothingThatWasConfirmed) {
             for (int i = last + 1; MIDIObjectSetIntegerProperty(device, CFSTR("count"), i) == noErr;
                  ++i)
                 confirmed.Tell(i);
-            confirmed.Tell(0);
         });
+        confirmed.LeaveTheTelling();
         for (int i = 0; i < 20 + 37 * round; ++i)
             ASSERT_NE(last = confirmed.Hear(), 0);
         // This process writes as well while the other one dies.
         SetNumber(device, "round", round);
         kill(child, SIGKILL);
-        ASSERT_EQ(End(child), -SIGKILL);
-        confirmed.Tell(0);
         while (const int number = confirmed.Hear())
             last = number;
+        ASSERT_EQ(End(child), -SIGKILL);
         // The one that was being written may have been confirmed or not.
         EXPECT_GE(Number(device, "count"), last);
         EXPECT_LE(Number(device, "count"), last + 1);
