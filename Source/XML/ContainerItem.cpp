@@ -61,8 +61,8 @@ void ContainerItem::AddItem(const boost::shared_ptr<Item>& item) {
     if (!fIsIndexed)
         return;
     // The new child's own name becomes the key, which outlives that of an earlier namesake.
-    const auto [entry, isNew] = fIndex.insert({NameKey(item->GetName()), place});
-    *entry = {NameKey(item->GetName()), place};
+    const NameIndex::value_type added{NameKey(item->GetName()), place};
+    *fIndex.insert(added).first = added;
 }
 
 // By value: the caller's reference may be the list's own, which goes.
