@@ -147,6 +147,7 @@ OSStatus MIDIDeviceAddEntity(MIDIDeviceRef device, CFStringRef name, Boolean emb
 
 OSStatus MIDIDeviceRemoveEntity(MIDIDeviceRef device, MIDIEntityRef entity) {
     ServiceSession session;
+    session.LookForNews();
     return session.Apply([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const object = editor.Store().Find(entity);
         if (!object || !IsEntity(*object) || object->owner->ref != device)
