@@ -1,8 +1,10 @@
 #include "app/CnslView.h"
 
 #include "Resources/LocalizedStrings.h"
-#include "Resources/MessageBox.h"
+#include "Surfaces/SurfaceDiscovery.h"
+#include "Surfaces/SurfaceGroups.h"
 #include "UI/DrawingContext.h"
+#include "UI/MessageBox.h"
 
 #include "app/BtnUI.h"
 #include "app/CBasicApp.h"
@@ -10,8 +12,6 @@
 #include "app/Look.h"
 #include "app/MenuUI.h"
 #include "app/NumericEditBox.h"
-#include "app/SurfaceDiscovery.h"
-#include "app/SurfaceGroups.h"
 
 using namespace Kestrin;
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Surfaces/MidiDevice.h"
 #include "UI/View.h"
 
 #include "app/Handler.h"
-#include "app/MidiDevice.h"
 
 #include <memory>
 #include <vector>

@@ -2,8 +2,7 @@
 
 #include "Strings/PlatformStrings.h"
 
-#include "Platform/CoreFoundation/CFHolder.h"
-
+#include <CoreFoundation/CFHolder.h>
 #include <CoreFoundation/CoreFoundation.h>
 #include <CoreServices/CoreServices.h>
 

@@ -1,10 +1,10 @@
 #include "app/NumericEditBox.h"
 
 #include "Resources/LocalizedStrings.h"
-#include "Resources/MessageBox.h"
 #include "Strings/TextConversions.h"
 #include "UI/DrawingContext.h"
 #include "UI/KeyCodes.h"
+#include "UI/MessageBox.h"
 
 #include "app/Look.h"
 

@@ -2,6 +2,8 @@
 
 #include <CoreFoundation/CFBase.h>
 
+using namespace KestrinMIDI;
+
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
 
 void CFObject::Release() const {

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+using namespace KestrinMIDI;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+using namespace KestrinMIDI;
+
 struct CFData final : CFObject {
     CFData(const UInt8* bytes, CFIndex count)
         : fBytes(bytes, bytes + count) {}

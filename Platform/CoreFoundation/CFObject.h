@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+namespace KestrinMIDI {
+
 /// What every CoreFoundation object begins with: its reference count. Objects are handed out as
 /// pointers to this base, so that CFRetain and CFRelease serve all of them.
 class CFObject {
@@ -23,3 +25,5 @@ protected:
 private:
     mutable std::atomic<int> fReferences{1};
 };
+
+} // namespace KestrinMIDI

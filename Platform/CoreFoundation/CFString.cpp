@@ -9,6 +9,8 @@
 #include <mutex>
 #include <string>
 
+using namespace KestrinMIDI;
+
 struct CFString final : CFObject {
     explicit CFString(CFStringUnits units)
         : fUnits(std::move(units)) {}

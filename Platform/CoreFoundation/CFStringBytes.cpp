@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace KestrinMIDI {
+
 namespace {
 
 std::optional<CFStringUnits> UnitsOfASCII(std::span<const UInt8> bytes) {
@@ -92,3 +94,5 @@ std::size_t WriteUnitsAsBytes(std::span<const UniChar> units, CFStringEncoding e
     }
     return converted;
 }
+
+} // namespace KestrinMIDI

@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+namespace KestrinMIDI {
+
 using CFStringUnits = std::vector<UniChar>;
 
 /// The UTF-16 units of bytes in the encoding; nothing when they are ill-formed in it.
@@ -33,3 +35,5 @@ private:
 /// cannot be expressed. Answers the number of units converted.
 std::size_t WriteUnitsAsBytes(std::span<const UniChar> units, CFStringEncoding encoding,
                               UInt8 lossByte, ByteSink& sink);
+
+} // namespace KestrinMIDI

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <filesystem>
 
+using namespace KestrinMIDI;
+
 namespace {
 
 bool IsName(const std::string& component) {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Platform/CoreFoundation/CFHolder.h"
 #include "Platform/CoreFoundation/CFObject.h"
 
+#include <CoreFoundation/CFHolder.h>
 #include <CoreFoundation/CFURL.h>
 
 #include <string>
 
-struct CFURL final : CFObject {
+struct CFURL final : KestrinMIDI::CFObject {
     /// `path` is absolute.
     CFURL(std::string path, bool isFolder)
         : fPath(std::move(path))
@@ -16,7 +16,7 @@ struct CFURL final : CFObject {
     const std::string& Path() const { return fPath; }
     bool IsFolder() const { return fIsFolder; }
 
-    bool Equals(const CFObject& other) const override {
+    bool Equals(const KestrinMIDI::CFObject& other) const override {
         const auto* url = dynamic_cast<const CFURL*>(&other);
         return url && url->fPath == fPath && url->fIsFolder == fIsFolder;
     }

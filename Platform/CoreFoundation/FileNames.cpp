@@ -3,6 +3,8 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
+namespace KestrinMIDI {
+
 namespace {
 
 constexpr UniChar kStrayByte = 0xDC00;
@@ -60,3 +62,5 @@ std::string FileNameOfUnits(std::span<const UniChar> units) {
     }
     return bytes;
 }
+
+} // namespace KestrinMIDI

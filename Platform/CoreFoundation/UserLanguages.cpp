@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <string_view>
 
+namespace KestrinMIDI {
+
 namespace {
 
 std::string_view Variable(const char* name) {
@@ -53,3 +55,5 @@ std::vector<std::string> UserLanguages() {
     }
     return languages;
 }
+
+} // namespace KestrinMIDI

@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <optional>
 
+using namespace KestrinMIDI;
+
 namespace {
 
 namespace fs = std::filesystem;

@@ -13,6 +13,8 @@
 #include <sstream>
 #include <vector>
 
+using namespace KestrinMIDI;
+
 namespace {
 
 /// The program's full path by the PATH variable, or nothing.

@@ -2,8 +2,7 @@
 
 #include "Strings/UString.h"
 
-#include "Platform/CoreFoundation/CFHolder.h"
-
+#include <CoreFoundation/CFHolder.h>
 #include <CoreServices/Files.h>
 
 #include <string>

@@ -2,8 +2,7 @@
 
 #include "Strings/UString.h"
 
-#include "Platform/CoreFoundation/CFHolder.h"
-
+#include <CoreFoundation/CFHolder.h>
 #include <CoreFoundation/CFString.h>
 
 // A UString and the platform's string object, unit for unit.

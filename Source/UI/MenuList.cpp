@@ -1,6 +1,6 @@
 #include "UI/MenuList.h"
 
-#include "UI/KestrinMenu.h"
+#include "UI/Internal/KestrinMenu.h"
 
 #include "Platform/UI/NativeApplication.h"
 

@@ -2,8 +2,8 @@
 
 #include "Diagnostics/Failure.h"
 #include "Strings/SortedVectorMap.h"
-#include "UI/CurrentEvent.h"
-#include "UI/KestrinMenu.h"
+#include "UI/Internal/CurrentEvent.h"
+#include "UI/Internal/KestrinMenu.h"
 
 #include "Platform/UI/NativeView.h"
 

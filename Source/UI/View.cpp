@@ -1,8 +1,8 @@
 #include "UI/View.h"
 
 #include "UI/DrawingContext.h"
-#include "UI/TextHandOver.h"
-#include "UI/ViewBridge.h"
+#include "UI/Internal/TextHandOver.h"
+#include "UI/Internal/ViewBridge.h"
 
 namespace Kestrin {
 

@@ -1,7 +1,7 @@
 #include "UI/Window.h"
 
-#include "UI/TextHandOver.h"
-#include "UI/WindowData.h"
+#include "UI/Internal/TextHandOver.h"
+#include "UI/Internal/WindowData.h"
 
 namespace Kestrin {
 

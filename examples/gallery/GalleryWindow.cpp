@@ -1,9 +1,9 @@
 #include "examples/gallery/GalleryWindow.h"
 
 #include "Resources/LocalizedStrings.h"
-#include "Resources/MessageBox.h"
 #include "UI/DrawingContext.h"
 #include "UI/KeyCodes.h"
+#include "UI/MessageBox.h"
 #include "examples/gallery/Colors.h"
 
 #include "App/Application.h"

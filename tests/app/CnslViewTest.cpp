@@ -1,7 +1,8 @@
 #include "app/CnslView.h"
 
+#include "Surfaces/SurfaceGroups.h"
+
 #include "app/CBasicApp.h"
-#include "app/SurfaceGroups.h"
 #include "tests/support/TestStudio.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 // Every scan must hold whole and distinct surfaces, whatever is plugged in and out meanwhile.
 // Prints how many scans they were, and fails if a scan did not hold.
 
-#include "app/SurfaceDiscovery.h"
+#include "Surfaces/SurfaceDiscovery.h"
 
 #include <algorithm>
 #include <cstdio>

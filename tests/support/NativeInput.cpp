@@ -1,6 +1,6 @@
 #include "tests/support/NativeInput.h"
 
-#include "UI/CurrentEvent.h"
+#include "UI/Internal/CurrentEvent.h"
 #include "UI/View.h"
 
 #include "Platform/Qt/QtText.h"

@@ -1,6 +1,6 @@
 #include "tests/support/TestStudio.h"
 
-#include "Platform/CoreFoundation/CFHolder.h"
+#include <CoreFoundation/CFHolder.h>
 
 #include <cstdlib>
 #include <stdexcept>

@@ -1,4 +1,5 @@
-#include "app/SurfaceGroups.h"
+#include "Surfaces/SurfaceGroups.h"
+
 #include "tools/midisetup/Building.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Connections.h"

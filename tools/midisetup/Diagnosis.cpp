@@ -1,6 +1,7 @@
 #include "tools/midisetup/Diagnosis.h"
 
-#include "app/SurfaceDiscovery.h"
+#include "Surfaces/SurfaceDiscovery.h"
+
 #include "tools/midisetup/Connections.h"
 #include "tools/midisetup/Output.h"
 

@@ -1,5 +1,6 @@
-#include "app/SurfaceDiscovery.h"
-#include "app/SurfaceGroups.h"
+#include "Surfaces/SurfaceDiscovery.h"
+#include "Surfaces/SurfaceGroups.h"
+
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Json.h"

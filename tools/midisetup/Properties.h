@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Platform/CoreFoundation/CFHolder.h"
-
+#include <CoreFoundation/CFHolder.h>
 #include <CoreMIDI/CoreMIDI.h>
 
 #include <optional>

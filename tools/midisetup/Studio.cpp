@@ -1,7 +1,8 @@
 #include "tools/midisetup/Studio.h"
 
-#include "app/SurfaceDiscovery.h"
-#include "app/SurfaceGroups.h"
+#include "Surfaces/SurfaceDiscovery.h"
+#include "Surfaces/SurfaceGroups.h"
+
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Properties.h"
 

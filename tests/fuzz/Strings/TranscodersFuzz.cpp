@@ -1,6 +1,6 @@
 #include "Strings/Transcoders.h"
 
-#include "tests/Strings/PlainTranscoders.h"
+#include "tests/Source/Strings/PlainTranscoders.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,0 +1,175 @@
+#include "Platform/CoreFoundation/Text.h"
+#include "Platform/CoreMIDI/Interface/Service.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
+
+#include <algorithm>
+
+using namespace KestrinMIDI;
+
+const CFStringRef kMIDIPropertyName = CFSTR("name");
+const CFStringRef kMIDIPropertyManufacturer = CFSTR("manufacturer");
+const CFStringRef kMIDIPropertyModel = CFSTR("model");
+const CFStringRef kMIDIPropertyUniqueID = CFSTR("uniqueID");
+const CFStringRef kMIDIPropertyDeviceID = CFSTR("deviceID");
+const CFStringRef kMIDIPropertyConnectionUniqueID = CFSTR("connUniqueID");
+const CFStringRef kMIDIPropertyOffline = CFSTR("offline");
+const CFStringRef kMIDIPropertyPrivate = CFSTR("private");
+const CFStringRef kMIDIPropertyDriverOwner = CFSTR("driver");
+const CFStringRef kMIDIPropertyIsEmbeddedEntity = CFSTR("embedded");
+
+namespace {
+
+/// Whether the system says if the object is there, not a person.
+bool HasDriver(const StoredObject& object) {
+    return object.Root().hardware != nullptr;
+}
+
+/// Looks a property of one kind up, the object's own or inherited.
+OSStatus Find(const StoredObject* object, PropertyKey key, PropertyValue::Kind kind,
+              const PropertyValue*& value) {
+    if (!object)
+        return kMIDIObjectNotFound;
+    value = object->Inherited(key);
+    if (!value)
+        return kMIDIUnknownProperty;
+    return value->Type() == kind ? OSStatus(noErr) : OSStatus(kMIDIWrongPropertyType);
+}
+
+/// The properties that are no rows of their own.
+bool IsComputed(const StoredObject& object, PropertyKey key) {
+    return key == KeyTable::kUniqueID ||
+           (key == KeyTable::kOffline && (HasDriver(object) || !object.Inherited(key)));
+}
+
+SInt32 ComputedValue(const StoredObject& object, PropertyKey key) {
+    if (key == KeyTable::kUniqueID)
+        return object.uniqueID;
+    return HasDriver(object) && !object.IsPresent() ? 1 : 0;
+}
+
+OSStatus CopyObjectProperty(MIDIObjectRef ref, CFStringRef propertyID, PropertyValue::Kind kind,
+                            CFTypeRef& result) {
+    if (!propertyID)
+        return kMIDIUnknownProperty;
+    const ServiceSession session;
+    const StoredObject* const object = session.Store().Find(ref);
+    const PropertyKey key = session.Keys().NumberOf(propertyID);
+    if (object && IsComputed(*object, key))
+        return kMIDIWrongPropertyType;
+    const PropertyValue* value = nullptr;
+    const OSStatus status = Find(object, key, kind, value);
+    if (status == noErr)
+        result = value->CopyObject();
+    return status;
+}
+
+OSStatus SetValue(ObjectEditor& editor, StoredObject& object, PropertyKey key,
+                  PropertyValue value) {
+    const bool isInteger = value.Type() == PropertyValue::Kind::Integer;
+    if (key == KeyTable::kUniqueID)
+        return isInteger ? editor.SetUniqueID(object, value.Integer())
+                         : OSStatus(kMIDIWrongPropertyType);
+    if (key == KeyTable::kOffline && HasDriver(object))
+        return kMIDINotPermitted;
+    return editor.SetProperty(object, key, std::move(value));
+}
+
+OSStatus SetProperty(MIDIObjectRef ref, CFStringRef propertyID, PropertyValue value) {
+    if (!propertyID)
+        return kMIDIUnknownProperty;
+    ServiceSession session;
+    const PropertyKey key = session.Keys().NumberOf(propertyID);
+    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+        StoredObject* const object = editor.Store().Find(ref);
+        return object ? SetValue(editor, *object, key, std::move(value))
+                      : OSStatus(kMIDIObjectNotFound);
+    });
+}
+
+std::vector<std::string> OwnKeys(MIDIObjectRef ref) {
+    const ServiceSession session;
+    std::vector<std::string> keys;
+    if (const StoredObject* const object = session.Store().Find(ref)) {
+        for (const StoredProperty& property : object->properties)
+            keys.push_back(session.Keys().TextOf(property.key));
+    }
+    std::sort(keys.begin(), keys.end());
+    return keys;
+}
+
+} // namespace
+
+OSStatus MIDIObjectGetIntegerProperty(MIDIObjectRef ref, CFStringRef propertyID, SInt32* outValue) {
+    if (!propertyID)
+        return kMIDIUnknownProperty;
+    const ServiceSession session;
+    const StoredObject* const object = session.Store().Find(ref);
+    const PropertyKey key = session.Keys().NumberOf(propertyID);
+    if (object && IsComputed(*object, key)) {
+        *outValue = ComputedValue(*object, key);
+        return noErr;
+    }
+    const PropertyValue* value = nullptr;
+    const OSStatus status = Find(object, key, PropertyValue::Kind::Integer, value);
+    if (status == noErr)
+        *outValue = value->Integer();
+    return status;
+}
+
+OSStatus MIDIObjectGetStringProperty(MIDIObjectRef ref, CFStringRef propertyID,
+                                     CFStringRef* outString) {
+    CFTypeRef result = nullptr;
+    const OSStatus status =
+        CopyObjectProperty(ref, propertyID, PropertyValue::Kind::String, result);
+    if (status == noErr)
+        *outString = static_cast<CFStringRef>(result);
+    return status;
+}
+
+OSStatus MIDIObjectGetDataProperty(MIDIObjectRef ref, CFStringRef propertyID, CFDataRef* outData) {
+    CFTypeRef result = nullptr;
+    const OSStatus status = CopyObjectProperty(ref, propertyID, PropertyValue::Kind::Data, result);
+    if (status == noErr)
+        *outData = static_cast<CFDataRef>(result);
+    return status;
+}
+
+OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef ref, CFStringRef propertyID, SInt32 value) {
+    return SetProperty(ref, propertyID, PropertyValue::OfInteger(value));
+}
+
+OSStatus MIDIObjectSetStringProperty(MIDIObjectRef ref, CFStringRef propertyID,
+                                     CFStringRef string) {
+    if (!string)
+        return paramErr;
+    return SetProperty(ref, propertyID, PropertyValue::OfString(Utf8Of(string)));
+}
+
+OSStatus MIDIObjectSetDataProperty(MIDIObjectRef ref, CFStringRef propertyID, CFDataRef data) {
+    if (!data)
+        return paramErr;
+    return SetProperty(ref, propertyID, PropertyValue::OfData(BytesOf(data)));
+}
+
+OSStatus MIDIObjectRemoveProperty(MIDIObjectRef ref, CFStringRef propertyID) {
+    if (!propertyID)
+        return kMIDIUnknownProperty;
+    ServiceSession session;
+    const PropertyKey key = session.Keys().NumberOf(propertyID);
+    if (key == KeyTable::kUniqueID)
+        return kMIDINotPermitted;
+    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+        StoredObject* const object = editor.Store().Find(ref);
+        return object ? editor.RemoveProperty(*object, key) : OSStatus(kMIDIObjectNotFound);
+    });
+}
+
+ItemCount KestrinMIDIObjectGetNumberOfProperties(MIDIObjectRef object) {
+    return OwnKeys(object).size();
+}
+
+CFStringRef KestrinMIDIObjectCopyPropertyKey(MIDIObjectRef object, ItemCount index0) {
+    const std::vector<std::string> keys = OwnKeys(object);
+    return index0 < keys.size() ? MakeString(keys[index0]) : nullptr;
+}

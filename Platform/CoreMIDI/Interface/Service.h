@@ -1,0 +1,90 @@
+#pragma once
+
+#include "Platform/CoreMIDI/Live/SequencerSnapshot.h"
+#include "Platform/CoreMIDI/Store/Database.h"
+#include "Platform/CoreMIDI/Store/ObjectEditor.h"
+#include "Platform/CoreMIDI/Store/ObjectStore.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace KestrinMIDI {
+
+/// The process's one access to the MIDI objects: the database file, its objects in memory, and what
+/// is plugged in. Use it through a ServiceSession.
+class Service {
+public:
+    static Service& Instance();
+
+    /// Replaces the reader of the machine's sequencer, for good; closes what is open.
+    void UseReader(std::unique_ptr<SequencerReader> reader);
+    /// Closes as at a clean exit. The next session opens anew.
+    void Close();
+
+private:
+    friend class ServiceSession;
+
+    Service();
+
+    void Refresh();
+    bool MayTryAgain();
+    void Open();
+    void Reopen();
+    /// SQLITE_OK, or the error; the objects in memory are then those of before.
+    int Read();
+    void ReadOrGiveUp();
+    void TakeSnapshot();
+    OSStatus WritePlugged(const struct LiveStudio& studio, class LiveBinding& binding);
+    /// Runs `change` between taking the file's write lock and the commit.
+    OSStatus ChangeTogether(const std::function<OSStatus(ObjectEditor&)>& change);
+    void ForgetOldPendingDevices();
+    void LeaveToParent();
+
+    std::mutex fMutex;
+    std::unique_ptr<Database> fDatabase; ///< null while it can't be used
+    DatabaseProblem fProblem;
+    std::chrono::steady_clock::time_point fLastTry;
+    KeyTable fKeys;
+    ObjectStore fStore;
+    std::size_t fRowsLost = 0;
+    std::unique_ptr<SequencerReader> fReader;
+    SequencerState fSequencer = SequencerState::Missing;
+    std::vector<MIDIObjectRef> fPlugged;
+    bool fIsForked = false;
+};
+
+/// One caller's use of the service: nobody else uses it meanwhile, and what other processes changed
+/// is read. Where the database can't be used the store is empty and every change fails.
+class ServiceSession {
+public:
+    ServiceSession();
+
+    ObjectStore& Store() const { return fService.fStore; }
+    KeyTable& Keys() const { return fService.fKeys; }
+    const DatabaseProblem& Problem() const { return fService.fProblem; }
+    /// Null while the database can't be used.
+    Database* File() const { return fService.fDatabase.get(); }
+    /// How many rows of the file make no sense and were passed over.
+    std::size_t RowsLost() const { return fService.fRowsLost; }
+    SequencerState Sequencer();
+
+    /// Takes a new snapshot where something was plugged or unplugged since the last one, and
+    /// notices a database file that another process replaced.
+    void LookForNews();
+
+    using Change = std::function<OSStatus(ObjectEditor&)>;
+    /// Runs one change that commits by itself. kMIDIServerStartErr where there is no database.
+    OSStatus Apply(const Change& change);
+    /// Runs several changes that come into the file together or not at all.
+    OSStatus ApplyTogether(const Change& change);
+
+private:
+    bool IsWritable();
+
+    Service& fService;
+    std::lock_guard<std::mutex> fLock;
+};
+
+} // namespace KestrinMIDI

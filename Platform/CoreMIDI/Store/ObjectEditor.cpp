@@ -1,0 +1,197 @@
+#include "Platform/CoreMIDI/Store/ObjectEditor.h"
+
+#include "Platform/CoreMIDI/Store/ObjectLoading.h"
+
+#include <random>
+#include <utility>
+
+namespace KestrinMIDI {
+
+OSStatus StatusOf(int code) {
+    switch (code) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+        return noErr;
+    case SQLITE_CONSTRAINT_FOREIGNKEY: // another process removed the object a moment ago
+        return kMIDIObjectNotFound;
+    case SQLITE_CONSTRAINT_UNIQUE:
+        return kMIDIIDNotUnique;
+    default:
+        return kMIDIUnknownError;
+    }
+}
+
+namespace {
+
+MIDIUniqueID RandomUniqueID() {
+    static std::random_device entropy;
+    return std::uniform_int_distribution<MIDIUniqueID>(1, 0x7FFFFFFF)(entropy);
+}
+
+void BindOptional(Statement& statement, int parameter, std::optional<std::int64_t> value) {
+    if (value)
+        statement.BindInteger(parameter, *value);
+    else
+        statement.BindNull(parameter);
+}
+
+} // namespace
+
+void BindValue(Statement& statement, int parameter, const PropertyValue& value) {
+    switch (value.Type()) {
+    case PropertyValue::Kind::Integer:
+        statement.BindInteger(parameter, value.Integer());
+        break;
+    case PropertyValue::Kind::String:
+        statement.BindText(parameter, value.Bytes());
+        break;
+    case PropertyValue::Kind::Data:
+        statement.BindData(parameter, value.Bytes());
+        break;
+    }
+}
+
+ObjectEditor::ObjectEditor(Database& file, KeyTable& keys, ObjectStore& store)
+    : fFile(file)
+    , fKeys(keys)
+    , fStore(store) {}
+
+OSStatus ObjectEditor::Run(Statement& change) {
+    const OSStatus status = StatusOf(change.Run());
+    const bool isCommitted = sqlite3_get_autocommit(fFile.Connection()) != 0;
+    if (status == noErr && isCommitted)
+        fFile.NoteOwnCommit();
+    return status;
+}
+
+OSStatus ObjectEditor::SetProperty(StoredObject& object, PropertyKey key, PropertyValue value) {
+    const PropertyValue* const present = object.Own(key);
+    if (present && *present == value)
+        return noErr;
+    if (value.Bytes().size() > kLongestValue ||
+        (!present && object.properties.size() >= kMostProperties))
+        return kMIDINotPermitted;
+    Statement& write = fFile.Prepared("INSERT INTO properties(object,key,value) VALUES(?,?,?) "
+                                      "ON CONFLICT DO UPDATE SET value=excluded.value");
+    write.BindInteger(1, object.ref);
+    write.BindText(2, fKeys.TextOf(key));
+    BindValue(write, 3, value);
+    const OSStatus status = Run(write);
+    if (status == noErr)
+        fStore.SetProperty(object, key, std::move(value));
+    return status;
+}
+
+OSStatus ObjectEditor::RemoveProperty(StoredObject& object, PropertyKey key) {
+    if (!object.Own(key))
+        return kMIDIUnknownProperty;
+    Statement& erase = fFile.Prepared("DELETE FROM properties WHERE object=? AND key=?");
+    erase.BindInteger(1, object.ref);
+    erase.BindText(2, fKeys.TextOf(key));
+    const OSStatus status = Run(erase);
+    if (status == noErr)
+        fStore.RemoveProperty(object, key);
+    return status;
+}
+
+OSStatus ObjectEditor::SetUniqueID(StoredObject& object, MIDIUniqueID uniqueID) {
+    if (uniqueID == object.uniqueID)
+        return noErr;
+    if (uniqueID == kMIDIInvalidUniqueID || fStore.FindByUniqueID(uniqueID))
+        return kMIDIIDNotUnique;
+    Statement& write = fFile.Prepared("UPDATE objects SET unique_id=? WHERE id=?");
+    write.BindInteger(1, uniqueID);
+    write.BindInteger(2, object.ref);
+    const OSStatus status = Run(write);
+    if (status == noErr)
+        fStore.SetUniqueID(object, uniqueID);
+    return status;
+}
+
+OSStatus ObjectEditor::InsertRow(StoredObject& object) {
+    Statement& write = fFile.Prepared(
+        "INSERT INTO objects(type,owner,position,unique_id,pending_since) VALUES(?,?,?,?,?)");
+    write.BindInteger(1, object.type);
+    BindOptional(write, 2,
+                 object.ownerRef ? std::optional<std::int64_t>(object.ownerRef) : std::nullopt);
+    write.BindInteger(3, object.position);
+    BindOptional(write, 5, object.pendingSince);
+    OSStatus status = kMIDIIDNotUnique;
+    while (status == kMIDIIDNotUnique) {
+        object.uniqueID = RandomUniqueID();
+        write.BindInteger(4, object.uniqueID);
+        status = Run(write);
+    }
+    const std::int64_t row = sqlite3_last_insert_rowid(fFile.Connection());
+    if (status == noErr && !std::in_range<MIDIObjectRef>(row))
+        return kMIDIUnknownError;
+    object.ref = static_cast<MIDIObjectRef>(row);
+    return status;
+}
+
+StoredObject* ObjectEditor::Create(MIDIObjectType type, StoredObject* owner, OSStatus& status) {
+    auto object = std::make_unique<StoredObject>();
+    object->type = type;
+    if (owner) {
+        object->ownerRef = owner->ref;
+        object->position = owner->children.empty() ? 0 : owner->children.back()->position + 1;
+    }
+    status = InsertRow(*object);
+    return status == noErr ? fStore.Add(std::move(object)) : nullptr;
+}
+
+OSStatus ObjectEditor::Remove(StoredObject& object) {
+    Statement& erase = fFile.Prepared("DELETE FROM objects WHERE id=?");
+    erase.BindInteger(1, object.ref);
+    const OSStatus status = Run(erase);
+    if (status == noErr)
+        fStore.Remove(object.ref);
+    return status;
+}
+
+OSStatus ObjectEditor::SetPending(StoredObject& object, std::optional<std::int64_t> since) {
+    Statement& write = fFile.Prepared("UPDATE objects SET pending_since=? WHERE id=?");
+    BindOptional(write, 1, since);
+    write.BindInteger(2, object.ref);
+    const OSStatus status = Run(write);
+    if (status == noErr)
+        fStore.SetPending(object, since);
+    return status;
+}
+
+OSStatus ObjectEditor::SetHardware(StoredObject& object, HardwareRecord record) {
+    Statement& write = fFile.Prepared(
+        "INSERT OR REPLACE INTO hardware(object,kind,serial,place,manufacturer,name) "
+        "VALUES(?,?,?,?,?,?)");
+    write.BindInteger(1, object.ref);
+    write.BindText(2, record.kind);
+    write.BindText(3, record.serial);
+    write.BindText(4, record.place);
+    write.BindText(5, record.manufacturer);
+    write.BindText(6, record.name);
+    const OSStatus status = Run(write);
+    if (status == noErr)
+        object.hardware = std::make_unique<HardwareRecord>(std::move(record));
+    return status;
+}
+
+Transaction::Transaction(Database& file)
+    : fFile(file)
+    , fStatus(StatusOf(file.Prepared("BEGIN IMMEDIATE").Run()))
+    , fIsOpen(fStatus == noErr) {}
+
+Transaction::~Transaction() {
+    if (fIsOpen)
+        Execute(fFile.Connection(), "ROLLBACK");
+}
+
+OSStatus Transaction::Commit() {
+    fStatus = StatusOf(fFile.Prepared("COMMIT").Run());
+    fIsOpen = fStatus != noErr;
+    if (!fIsOpen)
+        fFile.NoteOwnCommit();
+    return fStatus;
+}
+
+} // namespace KestrinMIDI

@@ -1,0 +1,197 @@
+#include "Platform/CoreMIDI/Store/ObjectLoading.h"
+
+#include <array>
+#include <string>
+#include <utility>
+
+namespace KestrinMIDI {
+
+namespace {
+
+constexpr std::size_t kUsualProperties = 5;
+
+/// The same few texts stand on many objects (manufacturer, model, "Port 1"): they are kept once,
+/// for the sake of the processor's cache. Of texts that meet in one slot the later one is
+/// remembered.
+class TextPool {
+public:
+    PropertyValue Share(std::string_view text) {
+        PropertyValue& slot = fRecent[std::hash<std::string_view>()(text) % fRecent.size()];
+        if (slot.Type() != PropertyValue::Kind::String || slot.Bytes() != text)
+            slot = PropertyValue::OfString(text);
+        return slot;
+    }
+
+private:
+    std::array<PropertyValue, 256> fRecent;
+};
+
+/// Where the rows go.
+struct Target {
+    KeyTable& keys;
+    ObjectStore& store;
+    TextPool texts{};
+    std::size_t lost = 0;
+};
+
+/// One table's rows: how they are asked for and what takes one in (false: it makes no sense).
+struct Table {
+    const char* columns;
+    const char* name;
+    const char* order;
+    bool (*take)(const Statement& row, Target& target);
+};
+
+template <typename Integer>
+bool Fits(const Statement& row, int column) {
+    return row.Type(column) == SQLITE_INTEGER && std::in_range<Integer>(row.Integer(column));
+}
+
+bool IsShortText(const Statement& row, int column) {
+    return row.Type(column) == SQLITE_TEXT && row.Bytes(column).size() <= kLongestValue;
+}
+
+bool IsObjectRow(const Statement& row) {
+    return Fits<MIDIObjectRef>(row, 0) && Fits<MIDIObjectType>(row, 1) &&
+           (row.IsNull(2) || Fits<MIDIObjectRef>(row, 2)) && row.Type(3) == SQLITE_INTEGER &&
+           Fits<MIDIUniqueID>(row, 4) && (row.IsNull(5) || row.Type(5) == SQLITE_INTEGER);
+}
+
+bool TakeObject(const Statement& row, Target& target) {
+    if (!IsObjectRow(row))
+        return false;
+    auto object = std::make_unique<StoredObject>();
+    object->ref = static_cast<MIDIObjectRef>(row.Integer(0));
+    object->type = static_cast<MIDIObjectType>(row.Integer(1));
+    object->ownerRef = static_cast<MIDIObjectRef>(row.IsNull(2) ? 0 : row.Integer(2));
+    object->position = row.Integer(3);
+    object->uniqueID = static_cast<MIDIUniqueID>(row.Integer(4));
+    if (!row.IsNull(5))
+        object->pendingSince = row.Integer(5);
+    return target.store.Insert(std::move(object));
+}
+
+std::optional<PropertyValue> ValueOf(const Statement& row, int column, TextPool& texts) {
+    const int type = row.Type(column);
+    if (type == SQLITE_INTEGER && Fits<SInt32>(row, column))
+        return PropertyValue::OfInteger(static_cast<SInt32>(row.Integer(column)));
+    if (type != SQLITE_TEXT && type != SQLITE_BLOB)
+        return std::nullopt;
+    const std::string_view bytes = row.Bytes(column);
+    if (bytes.size() > kLongestValue)
+        return std::nullopt;
+    return type == SQLITE_TEXT ? texts.Share(bytes) : PropertyValue::OfData(bytes);
+}
+
+StoredObject* ObjectOf(const Statement& row, ObjectStore& store) {
+    return Fits<MIDIObjectRef>(row, 0) ? store.Find(static_cast<MIDIObjectRef>(row.Integer(0)))
+                                       : nullptr;
+}
+
+bool TakeProperty(const Statement& row, Target& target) {
+    StoredObject* const object = ObjectOf(row, target.store);
+    if (!object || !IsShortText(row, 1) || object->properties.size() >= kMostProperties)
+        return false;
+    std::optional<PropertyValue> value = ValueOf(row, 2, target.texts);
+    const PropertyKey key = target.keys.NumberOf(row.Bytes(1));
+    if (!value || key == KeyTable::kUniqueID || object->Own(key))
+        return false;
+    if (object->properties.empty())
+        object->properties.reserve(kUsualProperties);
+    object->properties.push_back({key, std::move(*value)});
+    return true;
+}
+
+bool TakeHardware(const Statement& row, Target& target) {
+    StoredObject* const object = ObjectOf(row, target.store);
+    for (int column = 1; column <= 5; ++column) {
+        if (!object || object->hardware || !IsShortText(row, column))
+            return false;
+    }
+    const auto text = [&row](int column) { return std::string(row.Bytes(column)); };
+    object->hardware = std::make_unique<HardwareRecord>(
+        HardwareRecord{text(1), text(2), text(3), text(4), text(5)});
+    return true;
+}
+
+// Objects come first: the others are kept with them.
+constexpr Table kTables[] = {
+    {"id,type,owner,position,unique_id,pending_since", "objects", "id", TakeObject},
+    {"object,key,value", "properties", "object", TakeProperty},
+    {"object,kind,serial,place,manufacturer,name", "hardware", "object", TakeHardware},
+};
+
+/// Reads one table to its end or to the first error.
+int ReadTable(sqlite3* connection, const Table& table, const char* direction, Target& target) {
+    const std::string sql = std::string("SELECT ") + table.columns + " FROM " + table.name +
+                            (*direction ? std::string(" ORDER BY ") + table.order + direction : "");
+    Statement query(connection, sql);
+    int code;
+    while ((code = query.Step()) == SQLITE_ROW)
+        target.lost += table.take(query, target) ? 0 : 1;
+    return code == SQLITE_DONE ? SQLITE_OK : code;
+}
+
+/// Reads the properties one at a time, passing over the values that are too big to be read at all.
+int ReadPropertiesSingly(sqlite3* connection, Target& target) {
+    Statement list(connection, "SELECT object,key FROM properties");
+    Statement single(connection,
+                     "SELECT object,key,value FROM properties WHERE object=? AND key=?");
+    int code;
+    while ((code = list.Step()) == SQLITE_ROW) {
+        if (list.Type(0) != SQLITE_INTEGER || !IsShortText(list, 1))
+            continue;
+        single.BindInteger(1, list.Integer(0));
+        single.BindText(2, list.Bytes(1));
+        if (single.Step() == SQLITE_ROW)
+            TakeProperty(single, target);
+        else
+            ++target.lost;
+        single.Reset();
+    }
+    return code == SQLITE_DONE ? SQLITE_OK : code;
+}
+
+int ReadTables(sqlite3* connection, Target& target) {
+    for (const Table& table : kTables) {
+        int code = ReadTable(connection, table, "", target);
+        if (code == SQLITE_TOOBIG && table.take == TakeProperty)
+            code = ReadPropertiesSingly(connection, target);
+        if (code != SQLITE_OK)
+            return code;
+    }
+    return SQLITE_OK;
+}
+
+/// Reads forward to the damage and then backward to it, so that both sides are saved.
+void SalvageTable(sqlite3* connection, const Table& table, Target& target) {
+    if (ReadTable(connection, table, " ASC", target) == SQLITE_OK)
+        return;
+    const std::size_t lost = target.lost; // what is met again is no further loss
+    ReadTable(connection, table, " DESC", target);
+    target.lost = lost;
+}
+
+} // namespace
+
+LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
+    const bool begins = sqlite3_get_autocommit(connection) != 0;
+    if (begins) {
+        if (const int code = Execute(connection, "BEGIN"); code != SQLITE_OK)
+            return {code, 0};
+    }
+    Target target{keys, store};
+    const int code = ReadTables(connection, target);
+    if (begins)
+        Execute(connection, "COMMIT");
+    return {code, target.lost + store.LinkAll()};
+}
+
+std::size_t SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
+    Target target{keys, store};
+    for (const Table& table : kTables)
+        SalvageTable(connection, table, target);
+    return target.lost + store.LinkAll();
+}
+
+} // namespace KestrinMIDI

@@ -1,0 +1,65 @@
+#include "Platform/CoreMIDI/Store/SQLite.h"
+
+namespace KestrinMIDI {
+
+int Execute(sqlite3* connection, const char* sql) {
+    return sqlite3_exec(connection, sql, nullptr, nullptr, nullptr);
+}
+
+Statement::Statement(sqlite3* connection, std::string_view sql, unsigned int flags) {
+    sqlite3_stmt* statement = nullptr;
+    fCode = sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()), flags,
+                               &statement, nullptr);
+    fStatement.reset(statement);
+}
+
+void Statement::BindInteger(int parameter, std::int64_t value) {
+    sqlite3_bind_int64(fStatement.get(), parameter, value);
+}
+
+void Statement::BindText(int parameter, std::string_view text) {
+    // A null pointer would bind NULL, which is not the empty text.
+    sqlite3_bind_text64(fStatement.get(), parameter, text.data() ? text.data() : "", text.size(),
+                        SQLITE_STATIC, SQLITE_UTF8);
+}
+
+void Statement::BindData(int parameter, std::string_view bytes) {
+    sqlite3_bind_blob64(fStatement.get(), parameter, bytes.data() ? bytes.data() : "", bytes.size(),
+                        SQLITE_STATIC);
+}
+
+void Statement::BindNull(int parameter) {
+    sqlite3_bind_null(fStatement.get(), parameter);
+}
+
+int Statement::Step() {
+    if (fCode != SQLITE_OK)
+        return fCode;
+    return sqlite3_step(fStatement.get());
+}
+
+void Statement::Reset() {
+    sqlite3_reset(fStatement.get());
+}
+
+int Statement::Run() {
+    const int code = Step();
+    Reset();
+    return code == SQLITE_DONE || code == SQLITE_ROW ? SQLITE_OK : code;
+}
+
+std::string_view Statement::Bytes(int column) const {
+    // SQLite asks for the pointer before the length.
+    const void* const bytes = Type(column) == SQLITE_BLOB
+                                  ? sqlite3_column_blob(fStatement.get(), column)
+                                  : sqlite3_column_text(fStatement.get(), column);
+    const int length = sqlite3_column_bytes(fStatement.get(), column);
+    return bytes ? std::string_view(static_cast<const char*>(bytes), length) : std::string_view();
+}
+
+std::int64_t QueryInteger(sqlite3* connection, const char* sql, std::int64_t fallback) {
+    Statement query(connection, sql);
+    return query.Step() == SQLITE_ROW ? query.Integer(0) : fallback;
+}
+
+} // namespace KestrinMIDI

@@ -1,0 +1,260 @@
+#include "UI/Internal/OSTextEditImpl.h"
+
+#include "UI/DrawingContext.h"
+#include "UI/Internal/FontNames.h"
+#include "UI/Internal/TextHandOver.h"
+#include "UI/Internal/ViewBridge.h"
+#include "UI/KeyCodes.h"
+
+#include <cstdio>
+
+namespace Kestrin {
+
+namespace {
+
+constexpr unsigned kEditMenu = 1;
+constexpr int kCutItem = 3;
+constexpr int kCopyItem = 4;
+constexpr int kPasteItem = 5;
+constexpr int kSelectAllItem = 7;
+
+void ReportNotImplemented(const char* operation) {
+    std::fprintf(stderr, "%s not implemented\n", operation);
+}
+
+bool EndsEditing(unsigned char key) {
+    return key == kKeyEnter || key == kKeyReturn || key == kKeyEscape;
+}
+
+} // namespace
+
+/// The native field, and what sees its keys and its focus before the field makes something of them.
+class OSTextEditImpl::TextField final : public NativeTextFieldClient {
+public:
+    TextField(NativeView& host, OSTextEdit& edit, OSTextEditViewClient* client)
+        : fClient(client)
+        , fTextEdit(edit)
+        , fNative(host, this) {}
+
+    NativeTextField& Native() { return fNative; }
+
+    bool HandleFieldKeyDown(const NativeKeyEvent& event) override {
+        const std::weak_ptr<void> alive = fAlive;
+        gLastNativeKeyCode = event.keyCode;
+        const unsigned char key = KeyCodeOf(event);
+        const UString text(event.characters, UString::kUTF8);
+        if (fClient && !fClient->FilterTextEditDoTextInput(&fTextEdit, text,
+                                                           ModifiersOf(event.modifierFlags), key))
+            return false;
+        if (alive.expired())
+            return false;
+        if (!EndsEditing(key))
+            return true;
+        fNative.EndEditing();
+        return false;
+    }
+
+    void HandleFieldEditingBegan() override {
+        if (fClient)
+            fClient->ActiveStateChanged(&fTextEdit, true);
+    }
+
+    /// What the client sets is what the field shows: the text is set once more when editing is
+    /// over.
+    void HandleFieldEditingEnded() override {
+        const std::weak_ptr<void> alive = fAlive;
+        if (fClient)
+            fClient->ActiveStateChanged(&fTextEdit, false);
+        if (!alive.expired())
+            fNative.SetText(fNative.GetText());
+    }
+
+private:
+    OSTextEditViewClient* fClient;
+    OSTextEdit& fTextEdit;
+    /// Tells a call whether the client destroyed the edit in it.
+    std::shared_ptr<void> fAlive = std::make_shared<char>();
+    NativeTextField fNative;
+};
+
+OSTextEdit::OSTextEdit(OSTextEditViewClient* client, bool handlesEditCommands)
+    : RequestHandler(nullptr)
+    , fClient(client)
+    , fHandlesEditCommands(handlesEditCommands) {}
+
+OSTextEdit* OSTextEdit::Create(OSTextEditViewClient* client, bool handlesEditCommands) {
+    return new OSTextEditImpl(client, handlesEditCommands);
+}
+
+OSTextEditImpl::OSTextEditImpl(OSTextEditViewClient* client, bool handlesEditCommands)
+    : OSTextEdit(client, handlesEditCommands)
+    , fTextField(std::make_unique<TextField>(BridgeOf(*this).Native(), *this, client)) {}
+
+OSTextEditImpl::~OSTextEditImpl() = default;
+
+NativeTextField& OSTextEditImpl::Field() {
+    return fTextField->Native();
+}
+
+// View
+
+void OSTextEditImpl::Enable(bool enable) {
+    OSTextEdit::Enable(enable);
+    Field().SetEditable(enable);
+}
+
+void OSTextEditImpl::SetRect(const Rect& rect) {
+    OSTextEdit::SetRect(rect);
+    Field().SetFrame({{0, 0}, {rect.width, rect.height}});
+}
+
+void OSTextEditImpl::SetDimensions(float width, float height) {
+    OSTextEdit::SetDimensions(width, height);
+    Field().SetFrame({{0, 0}, {width, height}});
+}
+
+bool OSTextEditImpl::SupportsFeature(ViewFeature feature) {
+    return feature == kViewFeatureClicks || feature == kViewFeatureTextEdit ||
+           feature == kViewFeatureTransparent;
+}
+
+void OSTextEditImpl::DoDraw(DrawingContext& context) {
+    context.FillRect(GetLocalRect(), fBackgroundColor);
+}
+
+bool OSTextEditImpl::DoTextInput(const UString&, unsigned int, unsigned char) {
+    ReportNotImplemented("DoTextInput");
+    return false;
+}
+
+void OSTextEditImpl::DoClick(const Point&, unsigned int, bool) {
+    ReportNotImplemented("DoClick");
+}
+
+void OSTextEditImpl::DoTrack(const Point&, unsigned int) {
+    ReportNotImplemented("DoTrack");
+}
+
+void OSTextEditImpl::DoKeyFocusStateChanged(bool) {
+    ReportNotImplemented("DoKeyFocusStateChanged");
+}
+
+// Commands
+
+bool OSTextEditImpl::CanHandle(const CommandSpecifier& command) {
+    if (!fHandlesEditCommands || command.menuID != kEditMenu)
+        return false;
+    return command.menuItem == kCutItem || command.menuItem == kCopyItem ||
+           command.menuItem == kPasteItem || command.menuItem == kSelectAllItem;
+}
+
+bool OSTextEditImpl::HandleCommand(const CommandSpecifier& command) {
+    if (!CanHandle(command))
+        return false;
+    switch (command.menuItem) {
+    case kCutItem:
+        Cut();
+        break;
+    case kCopyItem:
+        Copy();
+        break;
+    case kPasteItem:
+        Paste();
+        break;
+    default:
+        SelectAll();
+        break;
+    }
+    return true;
+}
+
+// Text and look
+
+void OSTextEditImpl::SetText(const UString& text) {
+    Field().SetText(HandOver(text));
+}
+
+UString OSTextEditImpl::GetText() {
+    return UString(Field().GetText(), UString::kUTF8);
+}
+
+void OSTextEditImpl::SetAlignment(TextAlignment alignment) {
+    using Alignment = NativeTextField::Alignment;
+    Field().SetAlignment(alignment == kTextAlignRight    ? Alignment::kRight
+                         : alignment == kTextAlignCenter ? Alignment::kCenter
+                                                         : Alignment::kLeft);
+}
+
+void OSTextEditImpl::SetFont(FontID font, unsigned int size) {
+    Field().SetFont(HandOver(FontName(font)), size);
+}
+
+void OSTextEditImpl::SetDefaultForegroundColor(const RGBAColor& color) {
+    Field().SetTextColor(color.red, color.green, color.blue, color.alpha);
+}
+
+// Not provided
+
+void OSTextEditImpl::InsertText(const UString&) {
+    ReportNotImplemented("InsertText");
+}
+
+void OSTextEditImpl::Activate() {
+    ReportNotImplemented("Activate");
+}
+
+void OSTextEditImpl::Deactivate() {
+    ReportNotImplemented("Deactivate");
+}
+
+void OSTextEditImpl::Cut() {
+    ReportNotImplemented("Cut");
+}
+
+void OSTextEditImpl::Copy() {
+    ReportNotImplemented("Copy");
+}
+
+void OSTextEditImpl::Paste() {
+    ReportNotImplemented("Paste");
+}
+
+void OSTextEditImpl::Delete() {
+    ReportNotImplemented("Delete");
+}
+
+bool OSTextEditImpl::HasSelection() {
+    ReportNotImplemented("HasSelection");
+    return false;
+}
+
+void OSTextEditImpl::SelectAll() {
+    ReportNotImplemented("SelectAll");
+}
+
+void OSTextEditImpl::SetSelection(unsigned int, unsigned int) {
+    ReportNotImplemented("SetSelection");
+}
+
+void OSTextEditImpl::GetSelection(unsigned int& start, unsigned int& end) {
+    ReportNotImplemented("GetSelection");
+    start = 0;
+    end = 0;
+}
+
+float OSTextEditImpl::Width() {
+    ReportNotImplemented("Width");
+    return 0;
+}
+
+float OSTextEditImpl::Height() {
+    ReportNotImplemented("Height");
+    return 0;
+}
+
+float OSTextEditImpl::LineHeight() {
+    ReportNotImplemented("LineHeight");
+    return 0;
+}
+
+} // namespace Kestrin

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Surfaces/MidiDevice.h"
+
+#include <cstddef>
+#include <vector>
+
+/// Finds the control surfaces among the endpoints of the MIDI service: those that are a MIDI port
+/// of their own, and those cabled to a port as an external device. What the service cannot answer
+/// counts as absent; no error is reported. All texts are compared by their beginning, with case.
+
+/// The codes of MidiDevice::surfaceType.
+inline constexpr SInt32 kSurfaceTypeOther = 16;
+inline constexpr SInt32 kSurfaceTypeMackieControl = 20;
+inline constexpr SInt32 kSurfaceTypeMackieControlExtender = 21;
+inline constexpr SInt32 kSurfaceTypeSAC2K = 32;
+
+/// The size of the buffer that GetMidiEndpointName writes into, the final zero included.
+inline constexpr std::size_t kMidiEndpointNameSize = 255;
+
+/// Replaces the list by the complete records of all compatible surfaces that are present, in the
+/// order in which they were first met. A surface without group settings gets its defaults stored.
+void GetAvailableDevices(std::vector<MidiDevice>& list);
+
+/// Considers one endpoint: adds a record for a surface that the list lacks, or completes the record
+/// of one that it has. A further endpoint of a complete record only replaces the one it had.
+void MaybeAddEndPointToDeviceList(std::vector<MidiDevice>& list, MIDIEndpointRef endpoint,
+                                  bool isSource);
+
+/// The endpoint's own unique ID if it is itself the port of a supported surface, else 0.
+MIDIUniqueID IsEndpointAVirtualMIDIPort(MIDIEndpointRef endpoint);
+
+/// The unique ID of the first compatible surface that the endpoint is connected to, 0 for none.
+MIDIUniqueID IsDeviceAttachedToEndpoint(MIDIEndpointRef endpoint);
+
+/// Whether the MIDI object with this unique ID is a compatible surface.
+bool IsUniqueIDOurDevice(MIDIUniqueID id);
+
+/// Writes the surface's display name, UTF-8, into a buffer of kMidiEndpointNameSize bytes, cut at a
+/// character to fit. When a part of the name cannot be read the buffer is left as it was.
+void GetMidiEndpointName(MidiDevice device, char* out);

@@ -1,0 +1,96 @@
+#include "bench/Surfaces/CabledStudio.h"
+
+#include "Surfaces/SurfaceGroups.h"
+
+#include <CoreFoundation/CFHolder.h>
+#include <CoreMIDI/CoreMIDI.h>
+
+#include <stdlib.h>
+
+#include <string>
+
+namespace {
+
+constexpr int kPortsOfAnInterface = 8;
+
+class BenchFolder {
+public:
+    BenchFolder() { fPath = mkdtemp(fPattern.data()); }
+    ~BenchFolder() {
+        MIDIRestart();
+        std::error_code ignored;
+        std::filesystem::remove_all(fPath, ignored);
+    }
+    BenchFolder(const BenchFolder&) = delete;
+    BenchFolder& operator=(const BenchFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return fPath; }
+
+private:
+    std::string fPattern = std::filesystem::temp_directory_path() / "kestrin-bench-XXXXXX";
+    std::filesystem::path fPath;
+};
+
+CFHolder<CFStringRef> Text(const std::string& utf8) {
+    return CFHolder<CFStringRef>(
+        CFStringCreateWithCString(nullptr, utf8.c_str(), kCFStringEncodingUTF8));
+}
+
+void AddPorts(MIDIDeviceRef device, int count) {
+    for (int port = 1; port <= count; ++port) {
+        MIDIEntityRef entity = 0;
+        MIDIDeviceAddEntity(device, Text("Port " + std::to_string(port)).Get(), false, 1, 1,
+                            &entity);
+    }
+}
+
+MIDIDeviceRef AddInterface(int number) {
+    MIDIDeviceRef device = 0;
+    MIDIDeviceCreate(nullptr, Text("Interface " + std::to_string(number)).Get(), CFSTR("Velt"),
+                     CFSTR("Eight Ports"), &device);
+    AddPorts(device, kPortsOfAnInterface);
+    MIDISetupAddDevice(device);
+    return device;
+}
+
+MIDIDeviceRef AddSurface(int number) {
+    MIDIDeviceRef device = 0;
+    MIDIExternalDeviceCreate(Text("Surface " + std::to_string(number)).Get(), CFSTR("Mackie"),
+                             CFSTR("Mackie Control"), &device);
+    AddPorts(device, 1);
+    MIDISetupAddExternalDevice(device);
+    const bool isCrowded = number % 2 == 0;
+    MIDIObjectSetIntegerProperty(device, Text(kGroupIDKey).Get(), isCrowded ? 0 : number / 100 + 1);
+    MIDIObjectSetIntegerProperty(device, Text(kGroupPositionKey).Get(), isCrowded ? 3 : number);
+    return device;
+}
+
+void Cable(MIDIEntityRef port, MIDIDeviceRef surface) {
+    SInt32 id = 0;
+    MIDIObjectGetIntegerProperty(surface, kMIDIPropertyUniqueID, &id);
+    MIDIObjectSetIntegerProperty(MIDIEntityGetSource(port, 0), kMIDIPropertyConnectionUniqueID, id);
+    MIDIObjectSetIntegerProperty(MIDIEntityGetDestination(port, 0), kMIDIPropertyConnectionUniqueID,
+                                 id);
+}
+
+void Build(int surfaces) {
+    MIDIDeviceRef interface = 0;
+    for (int i = 0; i < surfaces; ++i) {
+        const int port = i % kPortsOfAnInterface;
+        if (port == 0)
+            interface = AddInterface(i / kPortsOfAnInterface);
+        Cable(MIDIDeviceGetEntity(interface, static_cast<ItemCount>(port)), AddSurface(i));
+    }
+}
+
+} // namespace
+
+std::filesystem::path UseCabledStudio(int surfaces) {
+    static const BenchFolder folder;
+    const std::filesystem::path file = folder.Path() / (std::to_string(surfaces) + ".sqlite3");
+    setenv("KESTRIN_MIDI_DATABASE", file.c_str(), 1);
+    MIDIRestart();
+    if (MIDIGetNumberOfExternalDevices() == 0)
+        Build(surfaces);
+    return file;
+}

@@ -1,0 +1,127 @@
+#include "tests/Platform/CoreMIDI/MidiTest.h"
+
+#include "Platform/CoreFoundation/Text.h"
+#include "Platform/CoreMIDI/Interface/Service.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+SequencerSnapshot sPlugged;
+bool sHasChanged = false;
+
+class TestSequencer final : public SequencerReader {
+public:
+    SequencerSnapshot Read() override { return sPlugged; }
+    bool HasChanged() override { return std::exchange(sHasChanged, false); }
+};
+
+std::vector<std::string> NamesOf(ItemCount count, MIDIObjectRef get(ItemCount)) {
+    std::vector<std::string> names;
+    for (ItemCount i = 0; i < count; ++i)
+        names.push_back(NameOf(get(i)));
+    return names;
+}
+
+} // namespace
+
+MidiTest::MidiTest() {
+    sPlugged = {};
+    Service::Instance().UseReader(std::make_unique<TestSequencer>());
+}
+
+void MidiTest::Use(const std::filesystem::path& file) {
+    MIDIRestart();
+    setenv("KESTRIN_MIDI_DATABASE", file.c_str(), 1);
+}
+
+void MidiTest::PlugIn(SequencerSnapshot snapshot) {
+    sPlugged = std::move(snapshot);
+    sHasChanged = true;
+}
+
+ConnectionHolder MidiTest::OpenFile() const {
+    MIDIRestart();
+    sqlite3* connection = nullptr;
+    EXPECT_EQ(sqlite3_open(fFile.c_str(), &connection), SQLITE_OK);
+    return ConnectionHolder(connection);
+}
+
+void MidiTest::RunSQL(const std::string& sql) const {
+    const ConnectionHolder file = OpenFile();
+    ASSERT_EQ(Execute(file.get(), sql.c_str()), SQLITE_OK) << sqlite3_errmsg(file.get());
+}
+
+pid_t MidiTest::Start(const std::function<void()>& work) {
+    MIDIRestart();
+    const pid_t child = fork();
+    const auto run = [&]() noexcept { work(); };
+    if (child == 0) {
+        run();
+        _exit(HasFailure());
+    }
+    return child;
+}
+
+int MidiTest::End(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+std::string TextOf(CFStringRef owned) {
+    const CFHolder<CFStringRef> holder(owned);
+    return Utf8Of(owned);
+}
+
+std::string StringOf(MIDIObjectRef object, CFStringRef key) {
+    CFStringRef text = nullptr;
+    const OSStatus status = MIDIObjectGetStringProperty(object, key, &text);
+    return status == noErr ? TextOf(text) : "(" + std::to_string(status) + ")";
+}
+
+std::string NameOf(MIDIObjectRef object) {
+    return StringOf(object, kMIDIPropertyName);
+}
+
+SInt32 IntegerOf(MIDIObjectRef object, CFStringRef key) {
+    SInt32 value = 0;
+    const OSStatus status = MIDIObjectGetIntegerProperty(object, key, &value);
+    return status == noErr ? value : status;
+}
+
+std::vector<std::string> SourceNames() {
+    return NamesOf(MIDIGetNumberOfSources(), MIDIGetSource);
+}
+
+std::vector<std::string> DeviceNames() {
+    return NamesOf(MIDIGetNumberOfDevices(), MIDIGetDevice);
+}
+
+SequencerSnapshot SequencerWith(const std::vector<UnitFacts>& units) {
+    SequencerSnapshot snapshot;
+    snapshot.state = SequencerState::Ready;
+    snapshot.ownClient = 128;
+    snapshot.clients = {{0, "System", true, -1, {{1, "Announce", true, false}}},
+                        {14, "Midi Through", true, -1, {{0, "Midi Through Port-0", true, true}}}};
+    for (const UnitFacts& unit : units) {
+        SequencerClient client{16 + 4 * unit.card, unit.shortName, true, unit.card, {}};
+        for (const std::string& name : unit.ports)
+            client.ports.push_back({static_cast<int>(client.ports.size()), name, true, true});
+        snapshot.clients.push_back(client);
+        snapshot.cards.push_back(
+            {unit.card, unit.shortName, "snd-usb-audio", "1-1:1.0",
+             UsbUnit{"0a73", "0006", unit.manufacturer, unit.product, unit.serial, unit.path}});
+    }
+    AddProgram(snapshot, 128, "Kestrin MIDI", "Announcements");
+    return snapshot;
+}
+
+void AddProgram(SequencerSnapshot& snapshot, int client, const std::string& name,
+                const std::string& port) {
+    snapshot.clients.push_back({client, name, false, -1, {{0, port, true, true}}});
+}

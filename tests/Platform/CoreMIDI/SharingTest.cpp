@@ -1,0 +1,123 @@
+#include "tests/Platform/CoreMIDI/MidiTest.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+using SharingTest = MidiTest;
+
+/// Numbers that one process tells another, which waits for them and hears 0 when there is nobody
+/// left to tell any.
+class Line {
+public:
+    Line() { EXPECT_EQ(pipe(fEnds), 0); }
+    ~Line() {
+        close(fEnds[0]);
+        close(fEnds[1]);
+    }
+    /// For a process that only hears.
+    void LeaveTheTelling() { close(std::exchange(fEnds[1], -1)); }
+    void Tell(int number) { EXPECT_EQ(write(fEnds[1], &number, sizeof number), sizeof number); }
+    int Hear() {
+        int number = 0;
+        return read(fEnds[0], &number, sizeof number) == sizeof number ? number : 0;
+    }
+
+private:
+    int fEnds[2];
+};
+
+TEST_F(SharingTest, ReferencesAndChangesReachTheOtherProcessAtItsNextCall) {
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    Line toChild;
+    Line toParent;
+    const pid_t child = Start([&] {
+        EXPECT_EQ(NameOf(device), "Interface");
+        toParent.Tell(1);
+        toChild.Hear();
+        EXPECT_EQ(Number(device, "group"), 41);
+        SetNumber(device, "group", 42);
+        const MIDIDeviceRef added = AddInterface("Of the child", 1);
+        EXPECT_EQ(MIDIGetNumberOfDevices(), 2u);
+        toParent.Tell(static_cast<int>(added));
+        toChild.Hear();
+        EXPECT_EQ(NameOf(added), "(-10842)");
+    });
+    toParent.Hear();
+    EXPECT_EQ(NameOf(device), "Interface");
+    SetNumber(device, "group", 41);
+    toChild.Tell(1);
+    const auto added = static_cast<MIDIDeviceRef>(toParent.Hear());
+    EXPECT_EQ(Number(device, "group"), 42);
+    EXPECT_EQ(NameOf(added), "Of the child");
+    EXPECT_EQ(MIDISetupRemoveDevice(added), noErr);
+    toChild.Tell(1);
+    EXPECT_EQ(End(child), 0);
+}
+
+TEST_F(SharingTest, ManyProcessesMayOpenANewFileAndWriteAtOnce) {
+    constexpr int kProcesses = 4;
+    constexpr int kWrites = 50;
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process) {
+        children.push_back(Start([this] {
+            const MIDIDeviceRef device = AddInterface("Interface", 1);
+            for (int i = 0; i <= kWrites; ++i)
+                SetNumber(device, "count", i);
+            MIDIRestart();
+        }));
+    }
+    for (const pid_t child : children)
+        EXPECT_EQ(End(child), 0);
+    ASSERT_EQ(MIDIGetNumberOfDevices(), static_cast<ItemCount>(kProcesses));
+    for (ItemCount i = 0; i < kProcesses; ++i)
+        EXPECT_EQ(Number(MIDIGetDevice(i), "count"), kWrites);
+}
+
+TEST_F(SharingTest, AKilledWriterLosesNothingThatWasConfirmed) {
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    int last = 0;
+    for (int round = 0; round < 8; ++round) {
+        Line confirmed;
+        const pid_t child = Start([&] {
+            for (int i = last + 1; MIDIObjectSetIntegerProperty(device, CFSTR("count"), i) == noErr;
+                 ++i)
+                confirmed.Tell(i);
+        });
+        confirmed.LeaveTheTelling();
+        for (int i = 0; i < 20 + 37 * round; ++i)
+            ASSERT_NE(last = confirmed.Hear(), 0);
+        // This process writes as well while the other one dies.
+        SetNumber(device, "round", round);
+        kill(child, SIGKILL);
+        while (const int number = confirmed.Hear())
+            last = number;
+        ASSERT_EQ(End(child), -SIGKILL);
+        // The one that was being written may have been confirmed or not.
+        EXPECT_GE(Number(device, "count"), last);
+        EXPECT_LE(Number(device, "count"), last + 1);
+        EXPECT_EQ(Number(device, "round"), round);
+        EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
+        last = Number(device, "count").value_or(0);
+    }
+}
+
+TEST_F(SharingTest, AForkedChildLeavesTheDatabaseToItsParent) {
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool isRefused =
+            MIDIGetNumberOfDevices() == 0 &&
+            MIDIObjectSetIntegerProperty(device, CFSTR("group"), 1) == kMIDIServerStartErr &&
+            KestrinMIDIGetDatabaseState() == kKestrinMIDIDatabaseLocked;
+        std::_Exit(isRefused ? 0 : 1);
+    }
+    EXPECT_EQ(End(child), 0);
+    SetNumber(device, "group", 2);
+}
+
+} // namespace

@@ -1,0 +1,118 @@
+#include "Resources/FileSpecification.h"
+
+#include "Resources/ResourceAccess.h"
+#include "XML/XMLSerializable.h"
+
+#include "tests/Source/Strings/Text.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <fstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace Kestrin;
+
+FSRef ReferenceTo(const fs::path& path) {
+    FSRef reference{};
+    EXPECT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &reference, nullptr),
+              noErr)
+        << path;
+    return reference;
+}
+
+TEST(FileSpecification, NamesAFileThroughRenamingAndReplacing) {
+    const TemporaryFolder folder;
+    // Names that are no text and texts beyond it keep their bytes.
+    for (const char* name : {"caf\u00e9 1.txt", "\xff\xe9.txt", "smile \U0001F600"}) {
+        const fs::path path = fs::canonical(folder.Path()) / name;
+        std::ofstream(path) << "one";
+        const FSRef reference = ReferenceTo(path);
+        const FileSpecification file(reference);
+        EXPECT_TRUE(file.Exists());
+        EXPECT_EQ(file.GetPOSIXPath(), path.string());
+
+        fs::rename(path, folder / "other");
+        EXPECT_FALSE(file.Exists());
+        EXPECT_FALSE(FileSpecification(reference).Exists());
+        EXPECT_EQ(file.GetPOSIXPath(), path.string());
+        std::ofstream(path) << "two";
+        EXPECT_TRUE(file.Exists());
+    }
+    EXPECT_EQ(FileSpecification(ReferenceTo("/")).GetPOSIXPath(), "/");
+    EXPECT_EQ(FileSpecification(ReferenceTo("/usr")).GetFullPath(), "/usr"_u);
+}
+
+TEST(FileSpecification, NamesNothingWithoutAFile) {
+    const UString tooLong(std::string(256, 'x'), UString::kASCII);
+    for (const FileSpecification& none :
+         {FileSpecification(), FileSpecification(ReferenceTo("/"), tooLong)}) {
+        EXPECT_FALSE(none.Exists());
+        EXPECT_TRUE(none.GetPOSIXPath().empty());
+    }
+}
+
+TEST(FileSpecification, FindsResourcesBesideTheProgram) {
+    const auto table = ResourceAccess::Instance().GetFile("LocalizableStrings"_u, "xml"_u);
+    EXPECT_EQ(fs::path(table.GetPOSIXPath()), fs::read_symlink("/proc/self/exe").parent_path() /
+                                                  "Resources/LocalizableStrings.xml");
+    EXPECT_NE(ReadSerializedResourceFile("LocalizableStrings"_u, "xml"_u), nullptr);
+    for (const UString& name : {"Missing"_u, ""_u, "../LocalizableStrings"_u})
+        EXPECT_EQ(ReadSerializedResourceFile(name, "xml"_u), nullptr) << name.utf8_str();
+}
+
+class SavedDocument : public testing::Test {
+protected:
+    std::error_code Save(const UString& text, const UString& name = "settings.xml"_u) const {
+        const auto settings = CreateContainer("s"_u);
+        settings->AddItem(CreateUString("a"_u, text));
+        return WriteSerializedFile(*settings, {fPlace, name});
+    }
+    UString Saved() const {
+        return *ReadSerializedFile({fPlace, "settings.xml"_u})->FindUString("a"_u);
+    }
+
+    TemporaryFolder fFolder;
+    const FSRef fPlace = ReferenceTo(fFolder.Path());
+};
+
+TEST_F(SavedDocument, KeepsThePlaceAndPermissionsOfTheOneItReplaces) {
+    EXPECT_EQ(ReadSerializedFile({fPlace, "settings.xml"_u}), nullptr);
+    EXPECT_FALSE(Save("1"_u));
+    EXPECT_EQ(Saved(), "1"_u);
+
+    const auto permissions = fs::perms::owner_read | fs::perms::owner_write;
+    fs::permissions(fFolder / "settings.xml", permissions);
+    fs::create_symlink("settings.xml", fFolder / "link.xml");
+    EXPECT_FALSE(Save("2"_u, "link.xml"_u));
+    EXPECT_EQ(Saved(), "2"_u);
+    EXPECT_TRUE(fs::is_symlink(fFolder / "link.xml"));
+    EXPECT_EQ(fs::status(fFolder / "settings.xml").permissions(), permissions);
+}
+
+TEST_F(SavedDocument, StaysWhenSavingFails) {
+    EXPECT_EQ(WriteSerializedFile(*CreateContainer("s"_u), {}),
+              std::errc::no_such_file_or_directory);
+    EXPECT_FALSE(Save("old"_u));
+    // No file can grow past a few bytes, as on a full disk.
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{100, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_EQ(Save(UString(std::string(1000, 'x'), UString::kASCII)), std::errc::file_too_large);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(Saved(), "old"_u);
+    // A folder in the file's place cannot be replaced.
+    fs::create_directories(fFolder / "folder.xml/kept");
+    EXPECT_TRUE(Save("new"_u, "folder.xml"_u));
+    EXPECT_TRUE(fs::exists(fFolder / "folder.xml/kept"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(fFolder.Path()), {}), 2);
+}
+
+} // namespace

@@ -1,0 +1,79 @@
+#include "tests/Source/UI/ViewTestSupport.h"
+#include "tests/support/Desktop.h"
+
+// What needs a real window system: a window manager, a pointer of its own, grabs.
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+class Display : public ShownWindow {
+protected:
+    bool Noted(const std::string& note) {
+        return NativeInput::WaitUntil([&] { return testing::Matches(Contains(note))(notes); });
+    }
+    void PointAt(const View& view, const Point& where) {
+        const Point at = view.ViewToScreen(where);
+        Desktop::PointAt({at.x, at.y});
+    }
+};
+
+TEST_F(Display, ThePointerReachesTheViewsWhereTheySayTheyStand) {
+    right.tracksMouse = true;
+    Place(right, {100, 0, 50, 50});
+    PointAt(left, {10, 10});
+    PointAt(right, {30, 40});
+    EXPECT_TRUE(Noted("right inside 30,40"));
+    Desktop::Input("click 5");
+    EXPECT_TRUE(Noted("right wheel 30,40 by 0,-3"));
+    notes.clear();
+    Desktop::Input("keydown shift click 1 keyup shift");
+    ASSERT_TRUE(Noted("right up"));
+    EXPECT_THAT(notes, ElementsAre("right focus", "right click 30,40 mods 512", "right up"));
+    Desktop::Input("click --repeat 2 1");
+    EXPECT_TRUE(Noted("right double click 30,40"));
+    PointAt(left, {10, 10});
+    EXPECT_TRUE(NativeInput::WaitUntil([&] { return notes.back().starts_with("right exited"); }));
+}
+
+TEST_F(Display, ADragInAClickThroughViewMovesTheWindow) {
+    right.EnableClickThrough(true);
+    const Rect before = window->GetRect();
+    PointAt(right, {30, 40});
+    Desktop::Input("mousedown 1");
+    ASSERT_TRUE(Noted("right click 30,40"));
+    // The window manager takes the pointer at a time of its own choice, and some of them move the
+    // window at the release only.
+    int steps = 0;
+    EXPECT_TRUE(NativeInput::WaitUntil([&] {
+        Desktop::Input("mousemove_relative 5 1");
+        if (++steps % 10 == 0)
+            Desktop::Input("mouseup 1 mousedown 1");
+        return window->GetRect().x > before.x + 20;
+    }));
+    Desktop::Input("mouseup 1");
+    EXPECT_THAT(notes, Not(Contains("right focus")));
+}
+
+TEST_F(Display, ADialogThatThePressOpensByMovingTheFocusKeepsThePressFromActing) {
+    left.EnableKeyFocus(true);
+    left.during = [&](const std::string& note) {
+        if (note == "left no focus") {
+            Desktop::Input("mouseup 1");
+            NativeInput::RunModalWindow();
+            notes.emplace_back("answered");
+        }
+    };
+    PointAt(right, {30, 40});
+    Desktop::Input("mousedown 1");
+    ASSERT_TRUE(Noted("answered")) << testing::PrintToString(notes);
+    ASSERT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
+    EXPECT_THAT(notes, Not(Contains(testing::AnyOf("right click 30,40", "right up"))));
+    Desktop::Input("click 1");
+    ASSERT_TRUE(Noted("right up"));
+    EXPECT_THAT(notes, Contains(testing::EndsWith("click 30,40")));
+}
+
+} // namespace

@@ -1,0 +1,105 @@
+#include "UI/MessageBox.h"
+
+#include "UI/Window.h"
+
+#include "Platform/UI/NativeApplication.h"
+#include "tests/Source/Strings/Text.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/RecordingLog.h"
+
+#include <gmock/gmock.h>
+
+#include <utility>
+
+using Kestrin::NativeApplication;
+using testing::ElementsAre;
+
+namespace {
+
+class MessageBox : public testing::Test {
+protected:
+    MessageBox() {
+        RecordingLog::Clear();
+        for (int i = 0; i < 200; ++i)
+            text += " & word";
+    }
+
+    /// Asks the question of `type`; `act` sees the alert and answers it.
+    int Ask(unsigned int type, std::function<void(const Desktop::Alert&)> act) {
+        script.WhenAlertIsOpen(std::move(act));
+        return Kestrin::MessageBox(UString(text, UString::kASCII), "<i>R&D</i>"_u, type);
+    }
+    int AskAndType(unsigned int type, const char* keys) {
+        return Ask(type, [keys](const Desktop::Alert&) { Desktop::Type(keys); });
+    }
+
+    std::string text = "<b>" + std::string(300, 'x') + "</b>";
+    Desktop::Script script;
+};
+
+TEST_F(MessageBox, AsksYesOrNoInTheWordsOfTheStringsTable) {
+    const int answer = Ask(4, [](const Desktop::Alert& alert) {
+        EXPECT_FALSE(alert.isCritical);
+        // Text beyond ASCII is cut at as many bytes as it has characters.
+        EXPECT_THAT(alert.buttons, ElementsAre("Oui & non", "Nein, größ"));
+        EXPECT_EQ(alert.focused, "Oui & non");
+        Desktop::Type("Return");
+    });
+    EXPECT_EQ(answer, 1);
+    for (const char* keys : {"Tab Return", "Right space", "Escape", "alt+F4"})
+        EXPECT_EQ(AskAndType(4, keys), 2) << keys;
+}
+
+TEST_F(MessageBox, AsksOKOrCancelByTheMouse) {
+    for (const std::size_t button : {0, 1}) {
+        const auto click = [button](const Desktop::Alert& alert) {
+            EXPECT_THAT(alert.buttons, ElementsAre("MBOK", "MBCancel"));
+            Desktop::PointAt(alert.buttonPlaces.at(button));
+            Desktop::Input("click 1");
+        };
+        EXPECT_EQ(Ask(1, click), button + 1);
+    }
+}
+
+TEST_F(MessageBox, ACriticalMessageHasThePlatformsButtonAndShowsMarkupWithinTheScreen) {
+    for (const char* key : {"Return", "Escape"}) {
+        const auto type = [this, key](const Desktop::Alert& alert) {
+            EXPECT_TRUE(alert.isCritical);
+            EXPECT_THAT(alert.buttons, ElementsAre(testing::HasSubstr("OK")));
+            EXPECT_EQ(alert.headline, "<i>R&D</i>");
+            EXPECT_EQ(alert.text, text);
+            EXPECT_GE(alert.place.x, 0);
+            EXPECT_LE(alert.place.x + alert.place.width, Desktop::Screen().width);
+            EXPECT_LE(alert.place.y + alert.place.height, Desktop::Screen().height);
+            Desktop::Type(key);
+        };
+        EXPECT_EQ(Ask(48, type), 1);
+    }
+    EXPECT_TRUE(RecordingLog::Lines().empty());
+    EXPECT_EQ(AskAndType(0x72, "Return"), 1);
+    EXPECT_THAT(RecordingLog::Lines(), ElementsAre("Unknown message box type"));
+}
+
+struct Client final : Kestrin::Window::WindowEventClient {
+    void WindowClosedNotification(Kestrin::Window*) override {}
+    void WindowActivationChanged(Kestrin::Window*, bool isActive) override { active = isActive; }
+    bool active = false;
+};
+
+TEST_F(MessageBox, TheWindowBeneathMayGoWhileItIsOpen) {
+    Client client;
+    Kestrin::Window* window = Kestrin::Window::Create(client, "Beneath"_u, 300, 100, 0);
+    window->Activate();
+    script.When([&] { return client.active; }, [] {});
+    script.Play();
+    EXPECT_EQ(Ask(4, [&](const auto&) { Kestrin::Window::DestroyWindow(window); }), 2);
+    EXPECT_FALSE(Desktop::OpenAlert());
+}
+
+TEST_F(MessageBox, TheEndOfTheProgramAnswersForTheSecondButton) {
+    EXPECT_EQ(Ask(4, [](const Desktop::Alert&) { NativeApplication::Shared().Terminate(); }), 2);
+    EXPECT_EQ(Kestrin::MessageBox("more"_u, "questions"_u, 1), 2);
+    EXPECT_EQ(Kestrin::MessageBox("more"_u, "news"_u, 48), 1);
+}
+
+} // namespace

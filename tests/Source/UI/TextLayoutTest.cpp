@@ -1,0 +1,117 @@
+#include "UI/Internal/OSTextLayoutImpl.h"
+
+#include "tests/Source/UI/Picture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace Kestrin;
+
+namespace {
+
+UString Text(const std::string& utf8) {
+    return UString(utf8, UString::kUTF8);
+}
+
+class TextLayoutTest : public testing::Test {
+protected:
+    TextLayoutTest() { layout.SetFont(kFontPlain, 14); }
+
+    Ink Drawn() {
+        CGBitmapContext picture(400, 200);
+        picture.Context().TranslateCTM(10, 30);
+        layout.DrawLayout(&picture.Context());
+        return InkOf(picture);
+    }
+
+    float WidthOf(const std::string& text) {
+        layout.SetText(Text(text));
+        return layout.Width();
+    }
+
+    float LineCountOf(const std::string& text) {
+        layout.SetText(Text(text));
+        return (layout.Height() + layout.GetLeading()) / layout.LineHeight();
+    }
+
+    OSTextLayoutImpl layout{NativeTextSystem::Shared()};
+};
+
+TEST_F(TextLayoutTest, FollowsChangesAfterItWasMeasured) {
+    const float width = WidthOf("Group");
+    layout.SetFont(kFontPlain, 28);
+    EXPECT_NEAR(layout.Width(), 2 * width, 2);
+    layout.SetFont(kFontBold, 28);
+    EXPECT_GT(layout.Width(), 2 * width + 2);
+    layout.SetHorizontalScale(2);
+    EXPECT_GT(layout.Width(), 4 * width);
+}
+
+TEST_F(TextLayoutTest, WrapsAtLineEndsWordsAndInsideWordsThatAreTooLong) {
+    layout.SetWrap(kWrapWord);
+    EXPECT_FLOAT_EQ(LineCountOf("one\ntwo\r\nthree"), 3);
+    EXPECT_FLOAT_EQ(LineCountOf("one\n\ntwo"), 3);
+    layout.SetLineLength(120);
+    EXPECT_GE(LineCountOf("Words that are broken over a number of lines"), 3);
+    const Ink ink = Drawn();
+    EXPECT_LE(ink.right, 10 + 120 + 1);
+    EXPECT_NEAR(ink.bottom - ink.top, layout.Height(), layout.GetAscent());
+    layout.SetLineLength(40);
+    EXPECT_LE(WidthOf("Donaudampfschifffahrt"), 40);
+    layout.SetLineLength(0);
+    EXPECT_FLOAT_EQ(LineCountOf("abc"), 3) << "one character to a line at least";
+}
+
+TEST_F(TextLayoutTest, TruncatesToTheLongestTextThatFitsWithAnEllipsis) {
+    const std::string text = "WWWWWWWWWWiiiiiiiiiiiiiiiiiiii";
+    const float whole = WidthOf(text);
+    for (const auto& [truncate, headShare] :
+         {std::pair(kTruncateHead, 0.0), {kTruncateMiddle, 0.5}, {kTruncateTail, 1.0}}) {
+        layout.SetTruncate(kTruncateNone);
+        float longest = 0;
+        for (std::size_t kept = 1; kept < text.size(); ++kept) {
+            const auto head = static_cast<std::size_t>(std::ceil(kept * headShare));
+            const std::string tail = text.substr(text.size() - (kept - head));
+            const float width = WidthOf(text.substr(0, head) + "\u2026" + tail);
+            longest = std::max(longest, width <= 150 ? width : 0);
+        }
+        layout.SetTruncate(truncate);
+        layout.SetLineLength(150);
+        EXPECT_EQ(WidthOf(text), longest) << "truncation " << truncate;
+    }
+    layout.SetLineLength(1);
+    EXPECT_EQ(layout.Width(), whole) << "not even the ellipsis fits";
+    layout.SetLineLength(whole + 1);
+    EXPECT_EQ(layout.Width(), whole) << "the whole text fits";
+}
+
+TEST_F(TextLayoutTest, PlacesLinesByTheirAlignment) {
+    layout.SetText(Text("HIH  "));
+    layout.SetLineLength(300);
+    layout.SetAlignment(kTextAlignRight);
+    EXPECT_NEAR(Drawn().right, 309, 2) << "blanks at the end do not count";
+    layout.SetLineLength(5);
+    EXPECT_NEAR(Drawn().left, 10, 2) << "what is too wide starts at the left";
+}
+
+TEST_F(TextLayoutTest, ShapesScriptsThatJoinAndRunFromTheRight) {
+    EXPECT_LT(WidthOf("ببب"), 3 * WidthOf("ب") - 1) << "letters that join are narrower";
+    EXPECT_EQ(WidthOf("e\u0301"), WidthOf("\u00E9")) << "a combining accent takes no room";
+}
+
+TEST(Fonts, MissingFamiliesAndSizesThatAreNotPositiveAreReplaced) {
+    NativeTextSystem& system = NativeTextSystem::Shared();
+    const auto widthOf = [&](const char* family, double size = 20) {
+        NativeTextStyle style;
+        style.font = system.CreateFont(family, size, 1, 1);
+        const auto line = system.CreateTypesetter(u"ill WW", style)->CreateLine(0, 6);
+        return line->GetTypographicBounds().width;
+    };
+    EXPECT_EQ(widthOf("No Such Family At All"), widthOf("sans-serif"));
+    EXPECT_GT(widthOf("No Such Family At All Bold"), widthOf("No Such Family At All"));
+    EXPECT_LT(widthOf("Helvetica Neue Condensed Bold"), widthOf("Helvetica Neue Bold"));
+    EXPECT_EQ(widthOf("sans-serif", -3), widthOf("sans-serif", 12));
+}
+
+} // namespace

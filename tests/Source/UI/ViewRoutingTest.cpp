@@ -1,0 +1,145 @@
+#include "UI/Internal/CurrentEvent.h"
+#include "UI/Internal/ViewBridge.h"
+
+#include "tests/Source/UI/ViewTestSupport.h"
+
+// Events as the native view hands them over, without a window system in between.
+
+namespace {
+
+using Kestrin::BridgeOf;
+using Kestrin::NativeKeyEvent;
+using Kestrin::NativeMouseEvent;
+using testing::ElementsAre;
+
+NativeMouseEvent At(double x, double y, unsigned flags = 0, int clicks = 1) {
+    return {{x, y}, flags, clicks};
+}
+
+/// A panel with a button, and above that a label that takes no clicks and reaches further.
+class Routing : public testing::Test {
+protected:
+    Routing() {
+        panel.SetRect({0, 0, 200, 100});
+        button.PlaceInView(&panel, 20, 20);
+        button.SetDimensions(60, 30);
+        label.PlaceInView(&panel, 20, 20);
+        label.SetDimensions(160, 30);
+        label.takesClicks = false;
+        notes.clear();
+    }
+
+    void Press(View& view, double x, double y) { BridgeOf(view).HandleMouseDown(At(x, y)); }
+    void Release(View& view, double x, double y) { BridgeOf(view).HandleMouseUp(At(x, y)); }
+
+    std::vector<std::string> notes;
+    NotingView panel{"panel", notes};
+    NotingView button{"button", notes};
+    NotingView label{"label", notes};
+};
+
+TEST_F(Routing, APressGoesToTheViewItselfElseToTheSiblingBeneathElseToTheParent) {
+    const unsigned unknownBit = 1u << 16;
+    BridgeOf(button).HandleMouseDown(
+        At(5, 6, Kestrin::kNativeShift | Kestrin::kNativeCommand | unknownBit, 2));
+    Release(button, 5, 6);
+    Press(label, 10, 5);
+    BridgeOf(label).HandleMouseDragged(At(100, 5));
+    Release(label, 100, 5);
+    Press(label, 100, 5);
+    Release(label, 100, 5);
+    // The drag reaches the view that got the event and the one that took the press; the release
+    // ends the press although the pointer has left it.
+    EXPECT_THAT(notes, ElementsAre("button double click 5,6 mods 768", "button up",
+                                   "button click 10,5", "label track 100,5", "button track 100,5",
+                                   "button up", "panel click 120,25", "panel up"));
+}
+
+TEST_F(Routing, AHiddenViewTakesNoPressAndADisabledOneOnlyTheRelease) {
+    button.Enable(false);
+    Press(button, 5, 5);
+    Release(button, 5, 5);
+    EXPECT_THAT(notes, ElementsAre("button up"));
+    button.ShowHide(false);
+    notes.clear();
+    Press(label, 10, 5);
+    EXPECT_THAT(notes, ElementsAre("panel click 30,25"));
+}
+
+TEST_F(Routing, KeysHaveTheirTextModifiersAndCode) {
+    const std::pair<NativeKeyEvent, std::string> keys[] = {
+        {{"", u"\xF700", 111, Kestrin::kNativeOption}, "'' 2048 30"},
+        {{"", u"\x1B", 53, Kestrin::kNativeControl}, "'' 4096 27"},
+        {{"", u"\x1B", 34, Kestrin::kNativeControl}, "'' 4096 0"},
+        {{"", u"\x7F", 51}, "'' 0 8"},
+        {{"", u"\x7F", 22}, "'' 0 0"},
+        {{"", u"\xF73E", 1}, "'' 0 127"},
+        {{"", u"\xF704", 1}, "'' 0 0"},
+        {{"", u"\r\r", 1}, "'' 0 0"},
+        {{"é", u"é", 77}, "'é' 0 0"},
+    };
+    for (const auto& [event, note] : keys) {
+        BridgeOf(button).HandleKeyDown(event);
+        EXPECT_EQ(notes.back(), "button key " + note);
+    }
+}
+
+TEST_F(Routing, APressThatWasHandedOnAndLosesItsReleaseEndsOutsideTheControl) {
+    Press(label, 10, 5);
+    BridgeOf(label).HandlePressLost();
+    EXPECT_THAT(notes, ElementsAre("button click 10,5", "button track away", "button up"));
+}
+
+/// What may happen to a view inside every hook that an event calls.
+class AViewThatIs : public testing::TestWithParam<const char*> {
+protected:
+    void Harm(std::unique_ptr<NotingView>& view) {
+        if (GetParam() == std::string("destroyed"))
+            view.reset();
+        else if (view && GetParam() == std::string("removed"))
+            view->RemoveFromSuperview();
+        else if (view)
+            view->ShowHide(false);
+    }
+};
+
+TEST_P(AViewThatIs, InAnyOfItsHooksDoesNoHarm) {
+    using Bridge = Kestrin::ViewBridge;
+    const auto mouse = [](auto handle) {
+        return [handle](Bridge& bridge) { (bridge.*handle)(At(1, 1)); };
+    };
+    const std::function<void(Bridge&)> events[] = {
+        mouse(&Bridge::HandleMouseDown),
+        mouse(&Bridge::HandleMouseDragged),
+        mouse(&Bridge::HandleMouseUp),
+        mouse(&Bridge::HandleMouseMoved),
+        mouse(&Bridge::HandleMouseEntered),
+        mouse(&Bridge::HandleMouseExited),
+        mouse(&Bridge::HandleScrollWheel),
+        &Bridge::HandleAccessibilityPress,
+        [](Bridge& bridge) { bridge.HandleKeyDown(NativeKeyEvent{}); },
+        [](Bridge& bridge) { bridge.HandleFirstResponderChanged(true); },
+        [](Bridge& bridge) { bridge.SetHidden(true); },
+    };
+    for (const auto& send : events) {
+        std::vector<std::string> notes;
+        NotingView parent("parent", notes);
+        auto view = std::make_unique<NotingView>("view", notes);
+        NotingView child("child", notes);
+        for (NotingView* each : {&parent, view.get(), &child}) {
+            each->SetRect({0, 0, 100, 100});
+            each->tracksMouse = true;
+        }
+        view->PlaceInView(&parent, 0, 0);
+        child.PlaceInView(view.get(), 0, 0);
+        notes.clear();
+        view->during = child.during = [&](const std::string&) { Harm(view); };
+        send(BridgeOf(*view));
+        EXPECT_FALSE(notes.empty());
+        EXPECT_EQ(Kestrin::CurrentEventView(), nullptr);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Routing, AViewThatIs, testing::Values("destroyed", "removed", "hidden"));
+
+} // namespace

@@ -1,0 +1,138 @@
+#include "tests/Source/UI/ViewTestSupport.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+/// Fills itself.
+class FilledView : public View {
+public:
+    explicit FilledView(const Kestrin::RGBAColor& color)
+        : fColor(color) {}
+    std::function<void()> duringDraw;
+
+    void DoDraw(Kestrin::DrawingContext& context) override {
+        context.FillRect(GetLocalRect(), fColor);
+        if (const auto call = duringDraw)
+            call();
+    }
+
+private:
+    Kestrin::RGBAColor fColor;
+};
+
+class Views : public ShownWindow {
+protected:
+    std::unique_ptr<FilledView> red{new FilledView({1, 0, 0, 1})};
+    std::unique_ptr<FilledView> green{new FilledView({0, 1, 0, 1})};
+};
+
+TEST_F(Views, OnlyTheOriginOfANegativeFrameIsSetRight) {
+    Place(*red, {0, 0, 50, 50});
+    red->SetRect({50, 40, -10, 20});
+    EXPECT_EQ(red->GetRect(), (Rect{40, 40, -10, 20}));
+    EXPECT_NE(NativeInput::Picture(root).At(45, 45), 0xFF0000u);
+    // Nor does the toolkit come to harm by what no screen has room for.
+    red->SetRect({-1e30F, std::nanf(""), 1e30F, 1e30F});
+    NativeInput::Settle();
+}
+
+TEST_F(Views, FramesBetweenPointsStaySharpAtTwoPixelsAPoint) {
+    Place(*red, {10.5f, 10, 20, 20});
+    const NativeInput::Picture picture(root, 2);
+    for (const int x : {20, 21, 60, 61})
+        EXPECT_EQ(picture.At(x, 40) == 0xFF0000u, x == 21 || x == 60) << x;
+}
+
+TEST_F(Views, HidingTellsTheViewAndAllShownWithin) {
+    NotingView hidden("hidden", notes);
+    Place(right, {0, 0, 10, 10}, &left);
+    Place(hidden, {0, 0, 10, 10}, &left);
+    hidden.ShowHide(false);
+    notes.clear();
+    left.ShowHide(false);
+    left.ShowHide(false);
+    EXPECT_THAT(notes, ElementsAre("left visibility", "right visibility"));
+    EXPECT_FALSE(right.IsVisible());
+}
+
+TEST_F(Views, AViewShownBeforeItIsPlacedIsNoWindowOfItsOwn) {
+    bool isDrawn = false;
+    red->duringDraw = [&] { isDrawn = true; };
+    red->SetRect({0, 0, 20, 20});
+    red->ShowHide(true);
+    NativeInput::Settle();
+    EXPECT_FALSE(isDrawn);
+    Place(*red, {0, 0, 20, 20});
+    EXPECT_TRUE(NativeInput::WaitUntil([&] { return isDrawn; }));
+}
+
+TEST_F(Views, TabAndClicksMoveTheFocusBetweenTheViewsThatTakeIt) {
+    NotingView disabled("disabled", notes);
+    Place(disabled, {60, 0, 20, 20});
+    for (NotingView* each : {&left, &disabled, &right})
+        each->SetTabStop(true);
+    disabled.Enable(false);
+    NativeInput::Type(root, "Tab, Tab");
+    EXPECT_TRUE(right.HasKeyFocus());
+    NativeInput::Type(root, "Shift+Backtab");
+    EXPECT_TRUE(left.HasKeyFocus());
+    notes.clear();
+    left.EnableClickThrough(true);
+    NativeInput::Click(right, {5, 5});
+    NativeInput::Click(left, {5, 5});
+    EXPECT_THAT(notes, ElementsAre("left no focus", "right focus", "right click 5,5", "right up",
+                                   "left click 5,5", "left up"));
+    notes.clear();
+    right.RemoveFromSuperview();
+    EXPECT_THAT(notes, ElementsAre("right no focus")) << "and none is focused instead";
+}
+
+TEST_F(Views, KeysThatTheFocusedViewRefusesReachTheWindow) {
+    NativeInput::Type(root, "Escape");
+    left.EnableKeyFocus(true);
+    NativeInput::Type(root, "A, Ctrl+V");
+    left.takesKeys = true;
+    NativeInput::Type(root, "Return");
+    EXPECT_THAT(notes, ElementsAre("window key '' 0 27", "left focus", "left key 'a' 0 0",
+                                   "window key 'a' 0 0", "left key '' 4096 0",
+                                   "window key '' 4096 0", "left key '' 0 13"));
+}
+
+TEST_F(Views, ADragFollowsThePressOutOfTheViewUnlessADialogTakesIt) {
+    NativeInput::Press(left, {5, 5});
+    NativeInput::Move(left, {130, 70});
+    NativeInput::Release(left, {130, 70});
+    EXPECT_THAT(notes, ElementsAre("left focus", "left click 5,5", "left track 130,70", "left up"));
+    left.during = [&](const std::string& note) {
+        if (note == "left click 5,5") {
+            NativeInput::RunModalWindow();
+            notes.clear();
+        }
+    };
+    NativeInput::Press(left, {5, 5});
+    EXPECT_THAT(notes, ElementsAre("left track away", "left up"));
+}
+
+TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
+    EXPECT_FALSE(NativeInput::PressByScreenReader(left));
+    left.SetAccessibility(Kestrin::AccessibleRole::kPopUpButton, Text("Größe"));
+    left.SetAccessibleValue(Text("medium"));
+    left.EnableKeyFocus(true);
+    EXPECT_EQ(NativeInput::SpokenOfFocus(root), "ComboBox|Größe medium|medium|focused");
+    EXPECT_TRUE(NativeInput::PressByScreenReader(left));
+    EXPECT_EQ(notes.back(), "left key ' ' 0 0");
+}
+
+TEST_F(Views, AViewMayGoWhileItIsDrawnOrItsNeighbourIs) {
+    Place(*red, {0, 0, 50, 50});
+    Place(*green, {10, 10, 50, 50});
+    red->duringDraw = [&] {
+        green.reset();
+        red.reset();
+    };
+    root.Inval();
+    EXPECT_TRUE(NativeInput::WaitUntil([&] { return red == nullptr; }));
+}
+
+} // namespace

@@ -1,0 +1,81 @@
+#include "tests/Source/UI/ViewTestSupport.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+using Windows = ShownWindow;
+
+TEST_F(Windows, OneOpensHiddenAndTheActiveStateGoesFromOneToTheOther) {
+    left.EnableKeyFocus(true);
+    notes.clear();
+    std::vector<std::string> otherNotes;
+    NotingClient otherClient(otherNotes);
+    Window* other = Window::Create(otherClient, Text("Other"), 300, 120, 0);
+    NativeInput::Settle();
+    EXPECT_TRUE(otherNotes.empty());
+    EXPECT_EQ(other->GetRootView()->GetRect(), (Rect{0, 0, 300, 120}));
+    other->Activate();
+    ASSERT_TRUE(NativeInput::WaitUntil([&] { return other->GetRootView()->IsViewActive(); }));
+    EXPECT_FALSE(left.IsViewActive());
+    other->ShowHide(false);
+    NativeInput::Settle();
+    EXPECT_THAT(otherNotes, testing::UnorderedElementsAre("window visible", "window active",
+                                                          "window invisible", "window inactive"));
+    Window::DestroyWindow(other);
+    window->Activate();
+    EXPECT_TRUE(NativeInput::WaitUntil([&] { return left.IsViewActive(); }));
+    EXPECT_TRUE(left.HasKeyFocus());
+    EXPECT_THAT(notes, ElementsAre("window inactive", "window active"));
+}
+
+TEST_F(Windows, AResizeReachesTheRootViewBeforeTheClient) {
+    Rect during;
+    client.during = [&](const std::string&) { during = root.GetRect(); };
+    NativeInput::ResizeWindow(root, 340, 150);
+    client.during = nullptr;
+    EXPECT_THAT(notes, ElementsAre("window resized"));
+    EXPECT_EQ(during, (Rect{0, 0, 340, 150}));
+}
+
+TEST_F(Windows, TheWindowMayGoInsideEachCallOfItsViewsAndItsClient) {
+    const Point at{5, 5};
+    for (const std::string call :
+         {"view click", "view track", "view up", "view focus", "view no focus", "view key",
+          "window closed", "window active", "window inactive", "window visible", "window invisible",
+          "window resized", "window key"}) {
+        NotingClient doomedClient(notes);
+        Window* doomed = Window::Create(doomedClient, Text("Doomed"), 300, 120, 2);
+        auto view = std::make_unique<NotingView>("view", notes);
+        Place(*view, {0, 0, 100, 100}, doomed->GetRootView());
+        view->during = doomedClient.during = [&](const std::string& note) {
+            if (!note.starts_with(call) || !doomed)
+                return;
+            view.reset();
+            Window::DestroyWindow(std::exchange(doomed, nullptr));
+            NativeInput::Settle();
+        };
+        const std::function<void()> steps[] = {
+            [&] { doomed->ShowHide(true); },
+            [&] { NativeInput::ResizeWindow(*view, 340, 150); },
+            [&] { NativeInput::Press(*view, at); },
+            [&] {
+                NativeInput::Move(*view, {6, 6});
+            },
+            [&] { NativeInput::Type(*view, "Escape"); },
+            [&] { NativeInput::Release(*view, at); },
+            [&] { view->RemoveFromSuperview(); },
+            [&] { doomed->ShowHide(false); },
+            [&] { doomed->ShowHide(true); },
+            [&] { NativeInput::CloseWindow(*doomed->GetRootView()); },
+        };
+        for (const auto& step : steps) {
+            if (doomed)
+                step();
+            NativeInput::Settle();
+        }
+        EXPECT_EQ(doomed, nullptr) << call;
+    }
+}
+
+} // namespace
