@@ -18,6 +18,15 @@ const CFStringRef kMIDIPropertyPrivate = CFSTR("private");
 const CFStringRef kMIDIPropertyDriverOwner = CFSTR("driver");
 const CFStringRef kMIDIPropertyIsEmbeddedEntity = CFSTR("embedded");
 
+const CFStringRef kKestrinMIDIPropertySequencerClient = CFSTR("kestrin.alsa.client");
+const CFStringRef kKestrinMIDIPropertySequencerPort = CFSTR("kestrin.alsa.port");
+const CFStringRef kKestrinMIDIPropertyCard = CFSTR("kestrin.alsa.card");
+const CFStringRef kKestrinMIDIPropertyCardID = CFSTR("kestrin.alsa.cardID");
+const CFStringRef kKestrinMIDIPropertyRawMIDI = CFSTR("kestrin.alsa.rawMIDI");
+const CFStringRef kKestrinMIDIPropertyUSBPath = CFSTR("kestrin.usb.path");
+const CFStringRef kKestrinMIDIPropertyUSBSerial = CFSTR("kestrin.usb.serial");
+const CFStringRef kKestrinMIDIPropertyUSBVendorProduct = CFSTR("USBVendorProduct");
+
 namespace {
 
 /// Whether the system says if the object is there, not a person.
@@ -70,7 +79,7 @@ OSStatus SetValue(ObjectEditor& editor, StoredObject& object, PropertyKey key,
     if (key == KeyTable::kUniqueID)
         return isInteger ? editor.SetUniqueID(object, value.Integer())
                          : OSStatus(kMIDIWrongPropertyType);
-    if (key == KeyTable::kOffline && HasDriver(object))
+    if (KeyTable::IsLive(key) || (key == KeyTable::kOffline && HasDriver(object)))
         return kMIDINotPermitted;
     return editor.SetProperty(object, key, std::move(value));
 }

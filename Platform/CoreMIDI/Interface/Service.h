@@ -51,7 +51,7 @@ private:
     std::size_t fRowsLost = 0;
     std::unique_ptr<SequencerReader> fReader;
     SequencerState fSequencer = SequencerState::Missing;
-    std::vector<MIDIObjectRef> fPlugged;
+    std::vector<PluggedObject> fPlugged;
     bool fIsForked = false;
 };
 

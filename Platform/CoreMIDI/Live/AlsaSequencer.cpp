@@ -58,6 +58,8 @@ SequencerPort PortOf(const snd_seq_port_info_t* info) {
     SequencerPort port;
     port.number = snd_seq_port_info_get_port(info);
     port.name = snd_seq_port_info_get_name(info);
+    constexpr unsigned int kRawMIDI = SND_SEQ_PORT_TYPE_HARDWARE | SND_SEQ_PORT_TYPE_PORT;
+    port.isRawMIDI = (snd_seq_port_info_get_type(info) & kRawMIDI) == kRawMIDI;
     port.isSource = !isHidden && has(SND_SEQ_PORT_CAP_READ | SND_SEQ_PORT_CAP_SUBS_READ);
     port.isDestination = !isHidden && has(SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WRITE);
     return port;

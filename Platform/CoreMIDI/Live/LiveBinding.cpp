@@ -100,7 +100,7 @@ void LiveBinding::BindDevice(const LiveDevice& live, StoredObject* device) {
     if (!device)
         return;
     Follow(*device, live.record);
-    fPlugged.push_back(device->ref);
+    fPlugged.push_back({device->ref, live.whereabouts});
     for (const LivePort& port : live.ports)
         BindPort(port, *device);
 }
@@ -115,7 +115,7 @@ void LiveBinding::BindPort(const LivePort& live, StoredObject& device) {
         SetText(*entity, kMIDIPropertyName, live.name);
     }
     Follow(*entity, record);
-    fPlugged.push_back(entity->ref);
+    fPlugged.push_back({entity->ref, live.whereabouts});
     if (live.isSource)
         BindPortEndpoint(*entity, kMIDIObjectType_Source);
     if (live.isDestination)
@@ -127,7 +127,7 @@ void LiveBinding::BindPortEndpoint(StoredObject& entity, MIDIObjectType type) {
     if (!endpoint)
         endpoint = Create(type, &entity, nullptr);
     if (endpoint)
-        fPlugged.push_back(endpoint->ref);
+        fPlugged.push_back({endpoint->ref, {}});
 }
 
 void LiveBinding::BindProgramEndpoints(const LiveStudio& studio, MIDIObjectType type) {
@@ -147,7 +147,7 @@ void LiveBinding::BindProgramEndpoint(const LiveEndpoint& live, StoredObject* en
             return;
         SetText(*endpoint, kMIDIPropertyName, live.record.name);
     }
-    fPlugged.push_back(endpoint->ref);
+    fPlugged.push_back({endpoint->ref, live.whereabouts});
 }
 
 StoredObject* LiveBinding::CreateDevice(const LiveDevice& live) {

@@ -20,7 +20,7 @@ public:
     OSStatus Write(const LiveStudio& studio, ObjectEditor& editor);
 
     /// The objects that were found to be there: devices, entities and endpoints.
-    const std::vector<MIDIObjectRef>& Plugged() const { return fPlugged; }
+    const std::vector<PluggedObject>& Plugged() const { return fPlugged; }
 
 private:
     bool Bind(const LiveStudio& studio);
@@ -44,7 +44,7 @@ private:
     ObjectEditor* fEditor = nullptr; ///< null while only finding
     OSStatus fStatus = noErr;
     bool fIsComplete = true;
-    std::vector<MIDIObjectRef> fPlugged;
+    std::vector<PluggedObject> fPlugged;
 };
 
 } // namespace KestrinMIDI

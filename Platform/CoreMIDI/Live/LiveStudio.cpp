@@ -1,6 +1,7 @@
 #include "Platform/CoreMIDI/Live/LiveStudio.h"
 
 #include "Platform/CoreMIDI/Live/EndpointNames.h"
+#include "Platform/CoreMIDI/Live/Whereabouts.h"
 
 #include <algorithm>
 #include <utility>
@@ -49,7 +50,7 @@ std::vector<LivePort> LivePortsOf(const SequencerSnapshot& snapshot, const Sound
     for (const CardPort& port : PortsOf(snapshot, card.number)) {
         const int place = static_cast<int>(live.size()) + 1;
         live.push_back({place, PortName(place, JackNameOf(card, port)), port.port->isSource,
-                        port.port->isDestination});
+                        port.port->isDestination, WhereaboutsOf(*port.client, *port.port)});
     }
     return live;
 }
@@ -70,10 +71,11 @@ void AddProgramEndpoints(LiveStudio& studio, const SequencerClient& client) {
         const std::string portName = CleanName(port.name);
         const HardwareRecord record{"program " + clientName, portName, "", "",
                                     ProgramEndpointName(clientName, portName)};
+        const std::vector<StoredProperty> whereabouts = WhereaboutsOf(client, port);
         if (port.isSource)
-            studio.endpoints.push_back({record, kMIDIObjectType_Source});
+            studio.endpoints.push_back({record, kMIDIObjectType_Source, whereabouts});
         if (port.isDestination)
-            studio.endpoints.push_back({record, kMIDIObjectType_Destination});
+            studio.endpoints.push_back({record, kMIDIObjectType_Destination, whereabouts});
     }
 }
 
@@ -84,7 +86,8 @@ LiveStudio StudioOf(const SequencerSnapshot& snapshot) {
     for (const SoundCard& card : snapshot.cards) {
         std::vector<LivePort> ports = LivePortsOf(snapshot, card);
         if (!ports.empty())
-            studio.devices.push_back({RecordOf(card), card.driver, std::move(ports)});
+            studio.devices.push_back(
+                {RecordOf(card), card.driver, std::move(ports), WhereaboutsOf(card)});
     }
     for (const SequencerClient& client : snapshot.clients) {
         if (!client.isKernel && client.number != snapshot.ownClient)

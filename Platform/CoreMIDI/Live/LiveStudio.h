@@ -16,17 +16,20 @@ struct LivePort {
     std::string name;
     bool isSource = false;
     bool isDestination = false;
+    std::vector<StoredProperty> whereabouts;
 };
 
 struct LiveDevice {
     HardwareRecord record; ///< its `name` is the model
     std::string driver;
     std::vector<LivePort> ports;
+    std::vector<StoredProperty> whereabouts;
 };
 
 struct LiveEndpoint {
     HardwareRecord record;
     MIDIObjectType type = kMIDIObjectType_Source;
+    std::vector<StoredProperty> whereabouts;
 };
 
 struct LiveStudio {

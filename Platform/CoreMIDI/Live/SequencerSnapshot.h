@@ -15,6 +15,7 @@ struct SequencerPort {
     std::string name;
     bool isSource = false;      ///< others may read from it
     bool isDestination = false; ///< others may write to it
+    bool isRawMIDI = false;     ///< it stands for a port of a raw MIDI device
 };
 
 struct SequencerClient {
@@ -42,6 +43,7 @@ struct SoundCard {
     std::string driver; ///< "snd-usb-audio"
     std::string path;   ///< the place of a card that is no USB device
     std::optional<UsbUnit> usb;
+    std::string id; ///< what the names of its devices may call it: "USB", "USB_1"
 };
 
 enum class SequencerState { Ready, Missing, NotPermitted };

@@ -84,6 +84,7 @@ std::optional<SoundCard> ReadSoundCard(int number) {
     const path device = Canonical(entry / "device");
     SoundCard card;
     card.number = number;
+    card.id = ReadAttribute(place, "id");
     card.name = ShortNameOf(number);
     card.driver = Canonical(device / "driver").filename().string();
     card.path = device.filename().string();

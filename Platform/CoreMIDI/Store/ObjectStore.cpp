@@ -2,6 +2,8 @@
 
 #include "Platform/CoreFoundation/Text.h"
 
+#include <CoreMIDI/MIDIDatabase.h>
+
 #include <algorithm>
 #include <tuple>
 #include <utility>
@@ -47,7 +49,7 @@ bool PropertyValue::operator==(const PropertyValue& other) const {
 }
 
 const PropertyValue* StoredObject::Own(PropertyKey key) const {
-    for (const StoredProperty& property : properties) {
+    for (const StoredProperty& property : KeyTable::IsLive(key) ? live : properties) {
         if (property.key == key)
             return &property.value;
     }
@@ -96,8 +98,12 @@ bool IsExternal(const StoredObject& object) {
 }
 
 KeyTable::KeyTable() {
-    NumberOf(kMIDIPropertyUniqueID);
-    NumberOf(kMIDIPropertyOffline);
+    for (const CFStringRef key :
+         {kMIDIPropertyUniqueID, kMIDIPropertyOffline, kKestrinMIDIPropertySequencerClient,
+          kKestrinMIDIPropertySequencerPort, kKestrinMIDIPropertyCard, kKestrinMIDIPropertyCardID,
+          kKestrinMIDIPropertyRawMIDI, kKestrinMIDIPropertyUSBPath, kKestrinMIDIPropertyUSBSerial,
+          kKestrinMIDIPropertyUSBVendorProduct})
+        NumberOf(key);
 }
 
 PropertyKey KeyTable::NumberOf(std::string_view key) {
@@ -240,12 +246,16 @@ void ObjectStore::SetPending(StoredObject& object, std::optional<std::int64_t> s
     fLists.reset();
 }
 
-void ObjectStore::SetPlugged(const std::vector<MIDIObjectRef>& plugged) {
-    for (const auto& object : fObjects)
+void ObjectStore::SetPlugged(const std::vector<PluggedObject>& plugged) {
+    for (const auto& object : fObjects) {
         object->isPlugged = false;
-    for (const MIDIObjectRef ref : plugged) {
-        if (StoredObject* const object = Find(ref))
+        object->live.clear();
+    }
+    for (const auto& [ref, live] : plugged) {
+        if (StoredObject* const object = Find(ref)) {
             object->isPlugged = true;
+            object->live = live;
+        }
     }
     fLists.reset();
 }

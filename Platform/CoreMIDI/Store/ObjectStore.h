@@ -65,6 +65,12 @@ struct HardwareRecord {
     bool operator==(const HardwareRecord&) const = default;
 };
 
+/// An object that is there now, with its live properties: they tell where, and are never stored.
+struct PluggedObject {
+    MIDIObjectRef ref;
+    std::vector<StoredProperty> live;
+};
+
 /// One MIDI object as the database has it. Owner and children are not owned.
 struct StoredObject {
     // What reading a property needs stands together.
@@ -75,6 +81,7 @@ struct StoredObject {
     StoredObject* owner = nullptr;
     std::unique_ptr<HardwareRecord> hardware; ///< null for what a person added
     std::vector<StoredProperty> properties;
+    std::vector<StoredProperty> live; ///< empty while unplugged
 
     std::vector<StoredObject*> children; ///< sources before destinations, each in their order
     std::int64_t position = 0;
@@ -102,6 +109,18 @@ public:
 
     static constexpr PropertyKey kUniqueID = 0;
     static constexpr PropertyKey kOffline = 1;
+    // The live properties
+    static constexpr PropertyKey kSequencerClient = 2;
+    static constexpr PropertyKey kSequencerPort = 3;
+    static constexpr PropertyKey kCard = 4;
+    static constexpr PropertyKey kCardID = 5;
+    static constexpr PropertyKey kRawMIDI = 6;
+    static constexpr PropertyKey kUSBPath = 7;
+    static constexpr PropertyKey kUSBSerial = 8;
+    static constexpr PropertyKey kUSBVendorProduct = 9;
+    static bool IsLive(PropertyKey key) {
+        return key >= kSequencerClient && key <= kUSBVendorProduct;
+    }
 
     /// A key that was never met gets a new number.
     PropertyKey NumberOf(std::string_view key);
@@ -168,7 +187,7 @@ public:
     void SetUniqueID(StoredObject& object, MIDIUniqueID uniqueID);
     void SetPending(StoredObject& object, std::optional<std::int64_t> since);
     /// Says which objects with hardware are there now.
-    void SetPlugged(const std::vector<MIDIObjectRef>& plugged);
+    void SetPlugged(const std::vector<PluggedObject>& plugged);
 
 private:
     struct AllLists {

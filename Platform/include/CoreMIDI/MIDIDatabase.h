@@ -60,6 +60,24 @@ enum {
 };
 KestrinMIDISequencerState KestrinMIDIGetSequencerState(void);
 
+// Live properties: where an object is on this machine now. They are never stored, absent while it
+// is unplugged, not for setting (kMIDINotPermitted) and no part of the numbered properties below.
+// An entity has its client, port and raw MIDI name, a device the others; a program's endpoint has
+// its client and port.
+
+extern const CFStringRef kKestrinMIDIPropertySequencerClient; ///< "kestrin.alsa.client", integer
+extern const CFStringRef kKestrinMIDIPropertySequencerPort;   ///< "kestrin.alsa.port", integer
+extern const CFStringRef kKestrinMIDIPropertyCard;            ///< "kestrin.alsa.card", integer
+extern const CFStringRef kKestrinMIDIPropertyCardID;    ///< "kestrin.alsa.cardID", string: "USB_1"
+extern const CFStringRef kKestrinMIDIPropertyRawMIDI;   ///< "kestrin.alsa.rawMIDI", string:
+                                                        ///< "hw:1,0,0", card, device and port on it
+extern const CFStringRef kKestrinMIDIPropertyUSBPath;   ///< "kestrin.usb.path", string: controller
+                                                        ///< and ports, "0000:00:14.0-1.4"
+extern const CFStringRef kKestrinMIDIPropertyUSBSerial; ///< "kestrin.usb.serial", string; absent
+                                                        ///< where the unit has none
+extern const CFStringRef kKestrinMIDIPropertyUSBVendorProduct; ///< "USBVendorProduct", integer: the
+                                                               ///< vendor ID in the upper 16 bits
+
 // An object's own properties by number, for listing them: the keys in alphabetical order, with
 // "uniqueID" only where it is asked for by name. An unknown object has none.
 

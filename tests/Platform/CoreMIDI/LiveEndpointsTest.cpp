@@ -57,6 +57,36 @@ TEST_F(LiveEndpointsTest, AnUnpluggedDeviceIsKnownAndNotEnumerated) {
     EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
 }
 
+TEST_F(LiveEndpointsTest, WhatIsPluggedInTellsWhereAndStoresNothingOfIt) {
+    UnitFacts unit = kFourPorts;
+    unit.card = 3;
+    SequencerSnapshot snapshot = SequencerWith({unit});
+    AddProgram(snapshot, 129, "Synthesizer", "In");
+    PlugIn(snapshot);
+    ASSERT_EQ(MIDIGetNumberOfSources(), 5u);
+    const MIDIDeviceRef device = MIDIGetDevice(0);
+    const ItemCount stored = KestrinMIDIObjectGetNumberOfProperties(device);
+    const MIDIEndpointRef source = MIDIGetSource(2);
+    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertySequencerClient), 28);
+    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertySequencerPort), 2);
+    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyRawMIDI), "hw:3,0,2");
+    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertyCard), 3);
+    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyCardID), "USB_3");
+    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyUSBPath), "dummy_hcd.0-1");
+    EXPECT_EQ(StringOf(device, kKestrinMIDIPropertyUSBSerial), "SN001");
+    EXPECT_EQ(IntegerOf(device, kKestrinMIDIPropertyUSBVendorProduct), 0x0a730006);
+    const MIDIEndpointRef program = MIDIGetSource(4);
+    EXPECT_EQ(IntegerOf(program, kKestrinMIDIPropertySequencerClient), 129);
+    EXPECT_EQ(StringOf(program, kKestrinMIDIPropertyRawMIDI), "(-10835)");
+
+    EXPECT_EQ(MIDIObjectSetIntegerProperty(device, kKestrinMIDIPropertyCard, 7), kMIDINotPermitted);
+    PlugIn(SequencerWith({}));
+    ASSERT_EQ(MIDIGetNumberOfSources(), 0u);
+    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertySequencerClient), kMIDIUnknownProperty);
+    EXPECT_EQ(StringOf(device, kKestrinMIDIPropertyUSBSerial), "(-10835)");
+    EXPECT_EQ(KestrinMIDIObjectGetNumberOfProperties(device), stored);
+}
+
 TEST_F(LiveEndpointsTest, UnitsKeepTheirSettingsInAnyPlugOrder) {
     const struct {
         const char* serialOne;
@@ -111,7 +141,8 @@ TEST_F(LiveEndpointsTest, OddUnitsAreNamedFromWhatIsWhole) {
     nameless.shortName = "USB Device 0xa73:0x06";
     nameless.ports = {"USB Device 0xa73:0x06 MIDI 1"};
     SequencerSnapshot snapshot = SequencerWith({nameless});
-    snapshot.cards.push_back({2, "VirMIDI", "snd_virmidi", "snd_virmidi.0", std::nullopt});
+    snapshot.cards.push_back(
+        {2, "VirMIDI", "snd_virmidi", "snd_virmidi.0", std::nullopt, "VirMIDI"});
     for (const int i : {0, 1}) {
         const std::string name = "VirMIDI 2-" + std::to_string(i);
         snapshot.clients.push_back({24 + i, "Virtual Raw MIDI", true, 2, {{0, name, true, false}}});

@@ -111,11 +111,12 @@ SequencerSnapshot SequencerWith(const std::vector<UnitFacts>& units) {
     for (const UnitFacts& unit : units) {
         SequencerClient client{16 + 4 * unit.card, unit.shortName, true, unit.card, {}};
         for (const std::string& name : unit.ports)
-            client.ports.push_back({static_cast<int>(client.ports.size()), name, true, true});
+            client.ports.push_back({static_cast<int>(client.ports.size()), name, true, true, true});
         snapshot.clients.push_back(client);
         snapshot.cards.push_back(
             {unit.card, unit.shortName, "snd-usb-audio", "1-1:1.0",
-             UsbUnit{"0a73", "0006", unit.manufacturer, unit.product, unit.serial, unit.path}});
+             UsbUnit{"0a73", "0006", unit.manufacturer, unit.product, unit.serial, unit.path},
+             "USB_" + std::to_string(unit.card)});
     }
     AddProgram(snapshot, 128, "Kestrin MIDI", "Announcements");
     return snapshot;
