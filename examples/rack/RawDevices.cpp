@@ -1,0 +1,74 @@
+#include "examples/rack/Cables.h"
+
+#include <alsa/asoundlib.h>
+
+#include <stdexcept>
+
+namespace {
+
+struct CloseDevice {
+    void operator()(snd_rawmidi_t* device) const { snd_rawmidi_close(device); }
+};
+using DeviceHolder = std::unique_ptr<snd_rawmidi_t, CloseDevice>;
+
+struct RawDevice {
+    DeviceHolder input;
+    DeviceHolder output;
+};
+
+RawDevice Open(const std::string& name) {
+    snd_rawmidi_t* input = nullptr;
+    snd_rawmidi_t* output = nullptr;
+    if (const int result = snd_rawmidi_open(&input, &output, name.c_str(), SND_RAWMIDI_NONBLOCK);
+        result < 0)
+        throw std::runtime_error("The MIDI device " + name +
+                                 " cannot be opened: " + snd_strerror(result));
+    RawDevice device{DeviceHolder(input), DeviceHolder(output)};
+    snd_rawmidi_nonblock(output, 0); // what a unit says is never dropped
+    return device;
+}
+
+class RawDevices final : public Cables {
+public:
+    explicit RawDevices(const std::vector<std::string>& names) {
+        for (const std::string& name : names)
+            fDevices.push_back(Open(name));
+    }
+
+    std::vector<pollfd> Descriptors() const override;
+    bool Receive(const Receiver& receiver) override;
+    void Send(std::size_t unit, const MidiBytes& message) override {
+        snd_rawmidi_write(fDevices.at(unit).output.get(), message.data(), message.size());
+    }
+
+private:
+    std::vector<RawDevice> fDevices;
+};
+
+std::vector<pollfd> RawDevices::Descriptors() const {
+    std::vector<pollfd> descriptors;
+    for (const RawDevice& device : fDevices) {
+        pollfd descriptor{};
+        snd_rawmidi_poll_descriptors(device.input.get(), &descriptor, 1);
+        descriptors.push_back(descriptor);
+    }
+    return descriptors;
+}
+
+bool RawDevices::Receive(const Receiver& receiver) {
+    for (std::size_t unit = 0; unit < fDevices.size(); ++unit) {
+        std::uint8_t bytes[256];
+        ssize_t count;
+        while ((count = snd_rawmidi_read(fDevices[unit].input.get(), bytes, sizeof bytes)) > 0)
+            receiver(unit, {bytes, static_cast<std::size_t>(count)});
+        if (count == -ENODEV)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::unique_ptr<Cables> OpenRawDevices(const std::vector<std::string>& devices) {
+    return std::make_unique<RawDevices>(devices);
+}
