@@ -35,14 +35,24 @@ Service::Service()
     pthread_atfork(nullptr, nullptr, [] { Instance().LeaveToParent(); });
 }
 
+std::unique_lock<std::mutex> Service::Lock() {
+    if (fChangingThread.load() == std::this_thread::get_id())
+        return {};
+    return std::unique_lock(fMutex);
+}
+
 void Service::UseReader(std::unique_ptr<SequencerReader> reader) {
     Close();
-    const std::lock_guard lock(fMutex);
+    const auto lock = Lock();
     fReader = std::move(reader);
 }
 
 void Service::Close() {
-    const std::lock_guard lock(fMutex);
+    const auto lock = Lock();
+    if (fChanges) {
+        fChanges->status = kKestrinMIDIErrAbandoned;
+        fChanges->transaction.reset();
+    }
     if (fDatabase)
         fDatabase->CloseCleanly();
     fDatabase.reset();
@@ -55,6 +65,11 @@ void Service::Close() {
 void Service::LeaveToParent() {
     if (!fDatabase)
         return;
+    if (fChanges && fChanges->transaction)
+        fChanges->transaction->Abandon();
+    fChanges.reset();
+    fChangingThread = std::thread::id();
+    fChangingLock = {};
     fDatabase->Abandon();
     fDatabase.reset();
     fPlugged.clear();
@@ -63,6 +78,8 @@ void Service::LeaveToParent() {
 }
 
 void Service::Refresh() {
+    if (fChanges) // nobody else can change anything now
+        return;
     if (!fDatabase) {
         if (MayTryAgain())
             Open();
@@ -141,22 +158,55 @@ OSStatus Service::WritePlugged(const LiveStudio& studio, LiveBinding& binding) {
     return ChangeTogether([&](ObjectEditor& editor) { return binding.Write(studio, editor); });
 }
 
-OSStatus Service::ChangeTogether(const std::function<OSStatus(ObjectEditor&)>& change) {
-    OSStatus status;
-    {
-        Transaction transaction(*fDatabase);
-        status = transaction.Status();
-        if (status == noErr && fDatabase->WasChangedByOthers())
-            status = StatusOf(Read());
-        ObjectEditor editor(*fDatabase, fKeys, fStore);
-        if (status == noErr)
-            status = change(editor);
-        if (status == noErr)
-            status = transaction.Commit();
+OSStatus Service::Begin() {
+    if (fChanges) {
+        fChanges->depth += fChanges->status == noErr ? 1 : 0;
+        return fChanges->status;
     }
-    if (status != noErr)
-        ReadOrGiveUp(); // what is in memory may be ahead of the file
+    auto transaction = std::make_unique<Transaction>(*fDatabase);
+    OSStatus status = transaction->Status();
+    if (status == noErr && fDatabase->WasChangedByOthers())
+        status = StatusOf(Read());
+    if (status == noErr)
+        fChanges = {std::move(transaction)};
     return status;
+}
+
+OSStatus Service::End() {
+    OSStatus status = fChanges->status;
+    if (--fChanges->depth > 0)
+        return status;
+    if (status == noErr)
+        status =
+            fDatabase->HasMoved() ? OSStatus(kMIDIServerStartErr) : fChanges->transaction->Commit();
+    fChanges.reset();
+    if (status != noErr && fDatabase)
+        ReadOrGiveUp(); // what is in memory is ahead of the file
+    return status;
+}
+
+OSStatus Service::Change(const Changing& change) {
+    if (fChanges && fChanges->status != noErr)
+        return fChanges->status;
+    if (fChanges)
+        fChanges->status = kMIDIUnknownError; // stays where `change` throws
+    ObjectEditor editor(*fDatabase, fKeys, fStore);
+    const OSStatus status = change(editor);
+    if (fChanges)
+        fChanges->status = status;
+    return status;
+}
+
+OSStatus Service::ChangeTogether(const Changing& change) {
+    if (const OSStatus status = Begin(); status != noErr)
+        return status;
+    try {
+        Change(change);
+    } catch (...) {
+        End();
+        throw;
+    }
+    return End();
 }
 
 void Service::ForgetOldPendingDevices() {
@@ -171,7 +221,7 @@ void Service::ForgetOldPendingDevices() {
 
 ServiceSession::ServiceSession()
     : fService(Service::Instance())
-    , fLock(fService.fMutex) {
+    , fLock(fService.Lock()) {
     fService.Refresh();
 }
 
@@ -182,23 +232,50 @@ SequencerState ServiceSession::Sequencer() {
 }
 
 void ServiceSession::LookForNews() {
-    if (IsWritable() && fService.fReader->HasChanged())
+    // A list that is walked while changes are made stays as it is.
+    if (!IsChanging() && IsWritable() && fService.fReader->HasChanged())
         fService.TakeSnapshot();
 }
 
 OSStatus ServiceSession::Apply(const Change& change) {
-    if (!IsWritable())
-        return kMIDIServerStartErr;
-    ObjectEditor editor(*File(), Keys(), Store());
-    return change(editor);
+    return IsWritable() ? fService.Change(change) : OSStatus(kMIDIServerStartErr);
 }
 
 OSStatus ServiceSession::ApplyTogether(const Change& change) {
     return IsWritable() ? fService.ChangeTogether(change) : OSStatus(kMIDIServerStartErr);
 }
 
+OSStatus ServiceSession::BeginChanges() {
+    LookForNews();
+    const OSStatus status = IsWritable() ? fService.Begin() : OSStatus(kMIDIServerStartErr);
+    if (status == noErr && fLock) {
+        fService.fChangingThread = std::this_thread::get_id();
+        fService.fChangingLock = std::move(fLock);
+    }
+    return status;
+}
+
+OSStatus ServiceSession::EndChanges() {
+    if (!IsChanging())
+        return kMIDINotPermitted;
+    const OSStatus status = fService.End();
+    if (!IsChanging()) {
+        fService.fChangingThread = std::thread::id();
+        fLock = std::move(fService.fChangingLock);
+    }
+    return status;
+}
+
+void ServiceSession::AbandonChanges() {
+    if (!IsChanging())
+        return;
+    if (fService.fChanges->status == noErr)
+        fService.fChanges->status = kKestrinMIDIErrAbandoned;
+    EndChanges();
+}
+
 bool ServiceSession::IsWritable() {
-    if (File() && File()->HasMoved())
+    if (!IsChanging() && File() && File()->HasMoved())
         fService.Reopen();
     return File() != nullptr;
 }

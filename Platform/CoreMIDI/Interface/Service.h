@@ -5,10 +5,13 @@
 #include "Platform/CoreMIDI/Store/ObjectEditor.h"
 #include "Platform/CoreMIDI/Store/ObjectStore.h"
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <thread>
 
 namespace KestrinMIDI {
 
@@ -37,12 +40,31 @@ private:
     void ReadOrGiveUp();
     void TakeSnapshot();
     OSStatus WritePlugged(const struct LiveStudio& studio, class LiveBinding& binding);
-    /// Runs `change` between taking the file's write lock and the commit.
-    OSStatus ChangeTogether(const std::function<OSStatus(ObjectEditor&)>& change);
+
+    // Changing. Changes that are made together stand between Begin, which takes the file's write
+    // lock, and End, which commits; inside of others they join them. One that failed lets the rest
+    // fail, and the outermost End undoes all.
+    using Changing = std::function<OSStatus(ObjectEditor&)>;
+    OSStatus Begin();
+    OSStatus End();
+    OSStatus Change(const Changing& change);
+    OSStatus ChangeTogether(const Changing& change);
     void ForgetOldPendingDevices();
     void LeaveToParent();
 
+    struct ChangesTogether {
+        std::unique_ptr<Transaction> transaction;
+        OSStatus status = noErr;
+        int depth = 1;
+    };
+
+    /// Waits for the other threads, except in a thread that has begun changes: it has the lock.
+    std::unique_lock<std::mutex> Lock();
+
     std::mutex fMutex;
+    std::atomic<std::thread::id> fChangingThread;
+    std::unique_lock<std::mutex> fChangingLock; ///< held between the public begin and end
+    std::optional<ChangesTogether> fChanges;
     std::unique_ptr<Database> fDatabase; ///< null while it can't be used
     DatabaseProblem fProblem;
     std::chrono::steady_clock::time_point fLastTry;
@@ -74,17 +96,24 @@ public:
     /// notices a database file that another process replaced.
     void LookForNews();
 
-    using Change = std::function<OSStatus(ObjectEditor&)>;
+    using Change = Service::Changing;
     /// Runs one change that commits by itself. kMIDIServerStartErr where there is no database.
     OSStatus Apply(const Change& change);
     /// Runs several changes that come into the file together or not at all.
     OSStatus ApplyTogether(const Change& change);
 
+    // Changes made together over several sessions, as <CoreMIDI/MIDIDatabase.h> tells. Between them
+    // only this thread gets sessions.
+    OSStatus BeginChanges();
+    OSStatus EndChanges();
+    void AbandonChanges();
+    bool IsChanging() const { return fService.fChanges.has_value(); }
+
 private:
     bool IsWritable();
 
     Service& fService;
-    std::lock_guard<std::mutex> fLock;
+    std::unique_lock<std::mutex> fLock; ///< empty where the thread has it already
 };
 
 } // namespace KestrinMIDI

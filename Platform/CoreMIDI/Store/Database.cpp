@@ -1,5 +1,6 @@
 #include "Platform/CoreMIDI/Store/Database.h"
 
+#include "Platform/CoreMIDI/Store/LockPatience.h"
 #include "Platform/CoreMIDI/Store/Schema.h"
 
 #include <sys/stat.h>
@@ -13,7 +14,6 @@ namespace KestrinMIDI {
 
 namespace {
 
-constexpr int kBusyMilliseconds = 5000;
 constexpr int kExitBusyMilliseconds = 1000;
 // No row of ours comes near it; what a hostile file holds beyond is not read into memory.
 constexpr int kLongestRow = 4 << 20;
@@ -56,7 +56,7 @@ int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connecti
     if (code == SQLITE_OK) {
         KeepOnClose(opened, true);
         Harden(opened);
-        sqlite3_busy_timeout(opened, kBusyMilliseconds);
+        BePatient(opened);
     }
     return code;
 }

@@ -8,15 +8,30 @@
 namespace KestrinMIDI {
 
 OSStatus StatusOf(int code) {
-    switch (code) {
+    if (code == SQLITE_CONSTRAINT_FOREIGNKEY) // another process removed the object a moment ago
+        return kMIDIObjectNotFound;
+    if (code == SQLITE_CONSTRAINT_UNIQUE)
+        return kMIDIIDNotUnique;
+    switch (code & 0xFF) {
     case SQLITE_OK:
     case SQLITE_ROW:
     case SQLITE_DONE:
         return noErr;
-    case SQLITE_CONSTRAINT_FOREIGNKEY: // another process removed the object a moment ago
-        return kMIDIObjectNotFound;
-    case SQLITE_CONSTRAINT_UNIQUE:
-        return kMIDIIDNotUnique;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return kKestrinMIDIErrLocked;
+    case SQLITE_FULL:
+        return kKestrinMIDIErrFull;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+        return kKestrinMIDIErrReadOnly;
+    case SQLITE_IOERR:
+    case SQLITE_CANTOPEN:
+        return kKestrinMIDIErrDisk;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        return kKestrinMIDIErrDamaged;
     default:
         return kMIDIUnknownError;
     }

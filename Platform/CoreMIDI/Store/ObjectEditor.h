@@ -6,7 +6,7 @@
 namespace KestrinMIDI {
 
 /// Changes objects in the database file and in memory alike. Every operation outside a Transaction
-/// commits by itself. The statuses are those of <CoreMIDI/CoreMIDI.h>; after a failure inside a
+/// commits by itself. The statuses are those of <CoreMIDI/MIDIDatabase.h>; after a failure inside a
 /// transaction the memory is ahead of the file and must be read anew.
 class ObjectEditor {
 public:
@@ -52,6 +52,8 @@ public:
     /// Whether it began, and after Commit whether that went well.
     OSStatus Status() const { return fStatus; }
     OSStatus Commit();
+    /// In a forked child: leaves it to the parent.
+    void Abandon() { fIsOpen = false; }
 
 private:
     Database& fFile;

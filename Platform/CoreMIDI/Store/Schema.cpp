@@ -1,9 +1,9 @@
 #include "Platform/CoreMIDI/Store/Schema.h"
 
-#include <chrono>
+#include "Platform/CoreMIDI/Store/LockPatience.h"
+
 #include <iterator>
 #include <string>
-#include <thread>
 
 namespace KestrinMIDI {
 
@@ -102,20 +102,18 @@ std::string AskForWAL(sqlite3* connection, int& code) {
 }
 
 int ConfigureForWriting(sqlite3* connection, bool& isWAL) {
-    int code = SQLITE_BUSY;
-    std::string mode;
+    int code = SQLITE_OK;
+    std::string mode = AskForWAL(connection, code);
     // SQLite does not wait on its own when another process switches the mode at the same moment.
-    for (int attempt = 0; attempt < 500 && (code & 0xFF) == SQLITE_BUSY; ++attempt) {
-        if (attempt > 0)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    for (int tries = 0; (code & 0xFF) == SQLITE_BUSY && WaitForLock(tries); ++tries)
         mode = AskForWAL(connection, code);
-    }
     if (code != SQLITE_ROW)
         return code;
     isWAL = mode == "wal";
     sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
-    // Without write-ahead logging only a full sync survives a kill safely.
-    return Execute(connection, isWAL ? "PRAGMA synchronous=NORMAL" : "PRAGMA synchronous=FULL");
+    // NORMAL would write the log to the disk at checkpoints only: a power cut would take back what
+    // was confirmed since.
+    return Execute(connection, "PRAGMA synchronous=FULL");
 }
 
 int Migrate(sqlite3* connection) {

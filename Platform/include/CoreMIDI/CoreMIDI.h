@@ -12,7 +12,8 @@
 // plugged or unplugged since. A loop from 0 to such a number thus walks one unchanging list.
 //
 // Where the database can't be opened, reading answers as if it were empty and writing fails with
-// kMIDIServerStartErr; <CoreMIDI/MIDIDatabase.h> tells why. The functions may be called from any
+// kMIDIServerStartErr; <CoreMIDI/MIDIDatabase.h> tells why, and has the statuses of writing that
+// fails later, and a way to store several changes together. The functions may be called from any
 // thread, one after the other. A child made by fork without exec has no access.
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -171,8 +172,8 @@ OSStatus MIDIDeviceAddEntity(MIDIDeviceRef device, CFStringRef name, Boolean emb
                              MIDIEntityRef* newEntity);
 OSStatus MIDIDeviceRemoveEntity(MIDIDeviceRef device, MIDIEntityRef entity);
 
-/// Closes the database as a clean exit does; the next call opens it anew and takes the plugged
-/// devices anew.
+/// Closes the database as a clean exit does, changes that were begun being abandoned; the next call
+/// opens it anew and takes the plugged devices anew.
 OSStatus MIDIRestart(void);
 
 #ifdef __cplusplus

@@ -38,6 +38,36 @@ CFStringRef KestrinMIDICopyDatabaseDamage(void);
 /// The file that is used, whether it is there or not. The caller releases it.
 CFStringRef KestrinMIDICopyDatabasePath(void);
 
+// Changes that belong together. A call that changes something waits up to 5 seconds for a lock of
+// another process, and after that was in vain hardly at all until a second went by without such a
+// call.
+
+// Statuses of changes, beside those of <CoreMIDI/CoreMIDI.h>; the database can be read further on.
+enum {
+    kKestrinMIDIErrLocked = -28801,   ///< another process kept the database locked for too long
+    kKestrinMIDIErrFull = -28802,     ///< the disk is full
+    kKestrinMIDIErrReadOnly = -28803, ///< the file or its disk can't be written any more
+    kKestrinMIDIErrDisk = -28804,     ///< the disk fails
+    kKestrinMIDIErrDamaged = -28805,  ///< the file turned out to be damaged
+    kKestrinMIDIErrAbandoned = -28806 ///< of KestrinMIDIEndChanges: changes inside were abandoned
+};
+
+/// What a status means: one English sentence for a person, or null for 0. The caller releases it.
+CFStringRef KestrinMIDICopyStatusText(OSStatus status);
+
+/// Begins changes that are stored together or not at all. It takes the database's write lock, so
+/// that no call before the end waits for another process; the calls of other threads wait. What is
+/// plugged in is looked for here and then stays as it is until the end. When it fails nothing was
+/// begun and no end is due. Inside of changes that were begun already it joins them.
+OSStatus KestrinMIDIBeginChanges(void);
+/// Ends what the same thread began last. The outermost end stores all that was changed and tells
+/// whether that is done, as safely as that of a single change. A change that failed in between, for
+/// whatever reason, makes all that follow and the end fail with its status; nothing is changed
+/// then. kMIDINotPermitted where this thread has begun nothing.
+OSStatus KestrinMIDIEndChanges(void);
+/// Ends what the same thread began last, and undoes all: also what stands around it.
+void KestrinMIDIAbandonChanges(void);
+
 typedef struct {
     UInt32 objects;    ///< how many were saved
     UInt32 properties; ///< how many were saved

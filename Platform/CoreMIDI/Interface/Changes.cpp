@@ -1,0 +1,71 @@
+#include "Platform/CoreFoundation/Text.h"
+#include "Platform/CoreMIDI/Interface/Service.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
+
+using namespace KestrinMIDI;
+
+namespace {
+
+const char* KnownText(OSStatus status) {
+    switch (status) {
+    case kKestrinMIDIErrLocked:
+        return "Another program keeps the MIDI database locked.";
+    case kKestrinMIDIErrFull:
+        return "The disk with the MIDI database is full.";
+    case kKestrinMIDIErrReadOnly:
+        return "The MIDI database can only be read, not written.";
+    case kKestrinMIDIErrDisk:
+        return "The disk with the MIDI database can't be read or written.";
+    case kKestrinMIDIErrDamaged:
+        return "The MIDI database is damaged.";
+    case kKestrinMIDIErrAbandoned:
+        return "The changes were abandoned.";
+    case kMIDIServerStartErr:
+        return "The MIDI database can't be used.";
+    case kMIDIUnknownProperty:
+        return "There is no such property.";
+    case kMIDIWrongPropertyType:
+        return "The property has another type.";
+    case kMIDIObjectNotFound:
+        return "There is no such MIDI object any more.";
+    case kMIDIIDNotUnique:
+        return "Another MIDI object has that unique ID.";
+    case kMIDINotPermitted:
+        return "The MIDI service does not permit it.";
+    default:
+        return nullptr;
+    }
+}
+
+std::string StatusText(OSStatus status) {
+    if (status == kMIDIServerStartErr) {
+        const ServiceSession session;
+        if (!session.Problem().text.empty())
+            return session.Problem().text;
+    }
+    if (const char* const known = KnownText(status))
+        return known;
+    return "The MIDI service failed for an unknown reason (" + std::to_string(status) + ").";
+}
+
+} // namespace
+
+OSStatus KestrinMIDIBeginChanges(void) {
+    ServiceSession session;
+    return session.BeginChanges();
+}
+
+OSStatus KestrinMIDIEndChanges(void) {
+    ServiceSession session;
+    return session.EndChanges();
+}
+
+void KestrinMIDIAbandonChanges(void) {
+    ServiceSession session;
+    session.AbandonChanges();
+}
+
+CFStringRef KestrinMIDICopyStatusText(OSStatus status) {
+    return status == noErr ? nullptr : MakeString(StatusText(status));
+}
