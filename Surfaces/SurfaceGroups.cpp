@@ -8,24 +8,13 @@
 
 namespace {
 
-CFStringRef GroupIDKey() {
-    static const CFHolder<CFStringRef> key(
-        CFStringCreateWithCString(nullptr, kGroupIDKey, kCFStringEncodingUTF8));
-    return key.Get();
+CFHolder<CFStringRef> KeyOf(const SurfaceSetting& setting) {
+    return CFHolder<CFStringRef>(
+        CFStringCreateWithCString(nullptr, setting.key, kCFStringEncodingUTF8));
 }
 
-CFStringRef GroupPositionKey() {
-    static const CFHolder<CFStringRef> key(
-        CFStringCreateWithCString(nullptr, kGroupPositionKey, kCFStringEncodingUTF8));
-    return key.Get();
-}
-
-SInt32 ReadOrStoreDefault(MIDIObjectRef object, CFStringRef key, SInt32 missing) {
-    SInt32 value = 0;
-    if (MIDIObjectGetIntegerProperty(object, key, &value) == noErr)
-        return value;
-    MIDIObjectSetIntegerProperty(object, key, missing);
-    return missing;
+SInt32 DefaultOf(const SurfaceSetting& setting, const MidiDevice& device) {
+    return setting.defaultValue != nullptr ? device.*setting.defaultValue : 0;
 }
 
 /// How often the positions of one group are taken. A search that comes to kLastGroupSetting ends
@@ -89,8 +78,14 @@ SInt32 TakenPositions::FirstFreeFrom(SInt32 position) {
 } // namespace
 
 void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device) {
-    device.groupPosition = ReadOrStoreDefault(object, GroupPositionKey(), device.uniqueID);
-    device.groupID = ReadOrStoreDefault(object, GroupIDKey(), 0);
+    for (const SurfaceSetting* setting : kSurfaceSettings) {
+        const auto key = KeyOf(*setting);
+        SInt32& value = device.*setting->value;
+        if (MIDIObjectGetIntegerProperty(object, key.Get(), &value) == noErr)
+            continue;
+        value = DefaultOf(*setting, device);
+        MIDIObjectSetIntegerProperty(object, key.Get(), value);
+    }
 }
 
 SInt32 FreeGroupPosition(const std::vector<MidiDevice>& devices, std::size_t index) {
@@ -115,23 +110,13 @@ void NormaliseGroupPositions(std::vector<MidiDevice>& devices) {
     }
 }
 
-void KeepSettingsOnSwitch(MidiDevice& device, SInt32 enteredGroup, SInt32 enteredPosition) {
-    device.groupID = enteredPosition;
-    device.groupPosition = enteredGroup;
-}
-
-void KeepSettingsOnConfirm(MidiDevice& device, SInt32 enteredGroup, SInt32 enteredPosition) {
-    device.groupID = enteredGroup;
-    device.groupPosition = enteredPosition;
-}
-
 void WriteGroupSettings(const std::vector<MidiDevice>& devices) {
     for (const MidiDevice& device : devices) {
         MIDIObjectRef object = 0;
         MIDIObjectType type{};
         if (MIDIObjectFindByUniqueID(device.uniqueID, &object, &type) != noErr)
             return;
-        MIDIObjectSetIntegerProperty(object, GroupPositionKey(), device.groupPosition);
-        MIDIObjectSetIntegerProperty(object, GroupIDKey(), device.groupID);
+        for (const SurfaceSetting* setting : kSurfaceSettings)
+            MIDIObjectSetIntegerProperty(object, KeyOf(*setting).Get(), device.*setting->value);
     }
 }

@@ -16,26 +16,55 @@ inline constexpr char kGroupPositionKey[] = "com_velt_sorvex_control_surface_gro
 inline constexpr SInt32 kFirstGroupSetting = 0;
 inline constexpr SInt32 kLastGroupSetting = 127;
 
-/// Reads `device`'s settings from the object that carries them. A setting that the object lacks
-/// gets its default (the position the record's unique ID, the group 0), which is stored there at
-/// once.
-void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device);
-
 /// The first position, counted up from the record's own, that no other record of its group has.
 /// From kLastGroupSetting on, and below zero, it is kLastGroupSetting, taken or not. `index` is a
 /// valid index into `devices`.
 SInt32 FreeGroupPosition(const std::vector<MidiDevice>& devices, std::size_t index);
 
+/// One of the settings: where it stands, and what is special about it.
+struct SurfaceSetting {
+    const char* key; ///< of the property
+    SInt32 first;    ///< the range in which it is edited
+    SInt32 last;
+    SInt32 MidiDevice::*value; ///< its place in a record
+
+    /// The place in a record of its default, which a surface without the property gets. Null: 0.
+    SInt32 MidiDevice::*defaultValue;
+
+    /// The place in a record of what was entered for it when another surface is chosen.
+    /// Deliberately crosswise: mixers in use rely on what switching has always stored.
+    SInt32 MidiDevice::*valueOnSwitch;
+
+    /// What is shown for the record at an index. Null: its value.
+    SInt32 (*shown)(const std::vector<MidiDevice>& devices, std::size_t index);
+
+    SInt32 Shown(const std::vector<MidiDevice>& devices, std::size_t index) const {
+        return shown != nullptr ? shown(devices, index) : devices[index].*value;
+    }
+};
+
+inline constexpr SurfaceSetting kGroupPositionSetting{
+    kGroupPositionKey,     kFirstGroupSetting,   kLastGroupSetting, &MidiDevice::groupPosition,
+    &MidiDevice::uniqueID, &MidiDevice::groupID, FreeGroupPosition};
+inline constexpr SurfaceSetting kGroupSetting{kGroupIDKey,
+                                              kFirstGroupSetting,
+                                              kLastGroupSetting,
+                                              &MidiDevice::groupID,
+                                              nullptr,
+                                              &MidiDevice::groupPosition,
+                                              nullptr};
+
+/// All of them, in the order in which they are read and written.
+inline constexpr const SurfaceSetting* kSurfaceSettings[] = {&kGroupPositionSetting,
+                                                             &kGroupSetting};
+
+/// Reads `device`'s settings from the object that carries them. A setting that the object lacks
+/// gets its default, which is stored there at once.
+void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device);
+
 /// Gives every record in turn its free position; records before it take part with their new one.
 /// Linear in the number of records. Writes nothing to the MIDI objects.
 void NormaliseGroupPositions(std::vector<MidiDevice>& devices);
-
-/// Keeps what was entered for a surface when another one is chosen: deliberately crosswise, the
-/// position into the group and the group into the position.
-void KeepSettingsOnSwitch(MidiDevice& device, SInt32 enteredGroup, SInt32 enteredPosition);
-
-/// Keeps what was entered for a surface when the user confirms: each value in its own field.
-void KeepSettingsOnConfirm(MidiDevice& device, SInt32 enteredGroup, SInt32 enteredPosition);
 
 /// Writes both settings of every record, in order, to the MIDI objects. Ends at the first record
 /// whose object is gone; a value that cannot be written is passed over.

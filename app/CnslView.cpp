@@ -18,16 +18,28 @@ using namespace Kestrin;
 namespace {
 
 constexpr Point kMenuOrigin{20, 20};
-constexpr Rect kGroupLabel{20, 80, 120, 25};
-constexpr Rect kGroupPositionLabel{20, 120, 120, 25};
-constexpr Point kGroupOrigin{150, 80};
-constexpr Point kGroupPositionOrigin{150, 120};
-constexpr float kBoxWidth = 80;
-constexpr float kButtonTop = 160;
+constexpr float kFirstRowTop = 80;
+constexpr float kRowHeight = 40;
 constexpr float kButtonWidth = 100;
 
-constexpr unsigned int kYesNoQuestion = 4;
-constexpr int kAnsweredYes = 1;
+/// A setting's label and, to its right, its box.
+struct SettingRow {
+    const char* caption;
+    const SurfaceSetting& setting;
+};
+
+/// From the top down; the buttons stand below them.
+constexpr SettingRow kRows[] = {{"Group", kGroupSetting},
+                                {"Group position", kGroupPositionSetting}};
+
+constexpr float RowTop(std::size_t row) {
+    return kFirstRowTop + kRowHeight * static_cast<float>(row);
+}
+
+UString CaptionOf(const SettingRow& row) {
+    // Keys: "Group", "Group position"
+    return LookupString(row.caption);
+}
 
 } // namespace
 
@@ -39,26 +51,18 @@ CnslView::CnslView(CBasicApp* app, View* parent)
     ShowHide(true);
 }
 
-CnslView::~CnslView() {
-    fOk.reset();
-    fCancel.reset();
-    fHelp.reset();
-    fMenu.reset();
-    fGroupPosition.reset();
-    fGroup.reset();
-}
+CnslView::~CnslView() = default;
 
 void CnslView::BuildControls() {
     fMenu = std::make_unique<MenuUI>(this, LookupString("Edit settings for"));
     fMenu->PlaceInView(this, kMenuOrigin);
     fMenu->ShowHide(true);
 
-    fGroup = std::make_unique<NumericEditBox>();
-    fGroup->Init(this, kGroupOrigin, kBoxWidth, kFirstGroupSetting, kLastGroupSetting,
-                 LookupString("Group"));
-    fGroupPosition = std::make_unique<NumericEditBox>();
-    fGroupPosition->Init(this, kGroupPositionOrigin, kBoxWidth, kFirstGroupSetting,
-                         kLastGroupSetting, LookupString("Group position"));
+    for (const SettingRow& row : kRows) {
+        const Point origin{150, RowTop(fBoxes.size())};
+        fBoxes.push_back(std::make_unique<NumericEditBox>());
+        fBoxes.back()->Init(this, origin, 80, row.setting.first, row.setting.last, CaptionOf(row));
+    }
 
     AddButton(fHelp, "Help", kCommandHelp, 250);
     AddButton(fCancel, "Cancel", kCommandCancel, 350);
@@ -69,7 +73,7 @@ void CnslView::AddButton(std::unique_ptr<BtnUI>& button, const char* caption, un
                          float x) {
     // Keys: "Help", "Cancel", "Ok"
     button = std::make_unique<BtnUI>(LookupString(caption), this, command, kButtonWidth);
-    button->PlaceInView(this, x, kButtonTop);
+    button->PlaceInView(this, x, RowTop(std::size(kRows)));
     button->ShowHide(true);
 }
 
@@ -88,7 +92,7 @@ void CnslView::OfferHelp() {
     const UString question =
         LookupString("No compatible surfaces are installed.\n\nDo you want to view the help file?");
     const UString title = LookupString("Can't configure control surfaces");
-    if (MessageBox(question, title, kYesNoQuestion) == kAnsweredYes)
+    if (MessageBox(question, title, kMessageBoxYesNo) == 1)
         OpenHelpDocument();
 }
 
@@ -104,8 +108,8 @@ void CnslView::SetCurrentSurfaceIndex(unsigned int index) {
     if (index >= fSurfaces.size())
         return;
     fCurrent = index;
-    fGroup->Show(fSurfaces[index].groupID);
-    fGroupPosition->Show(FreeGroupPosition(fSurfaces, index));
+    for (std::size_t row = 0; row < fBoxes.size(); ++row)
+        fBoxes[row]->Show(kRows[row].setting.Shown(fSurfaces, index));
     fMenu->SetCurrentItemByValue(index);
     fMenu->ShowCurrentItem();
 }
@@ -130,28 +134,27 @@ void CnslView::Handle(unsigned int command) {
 }
 
 void CnslView::SwitchSurface() {
-    // Crosswise, on purpose: mixers in use rely on what switching has always stored.
-    if (MidiDevice* surface = CurrentSurface())
-        KeepSettingsOnSwitch(*surface, fGroup->Get(), fGroupPosition->Get());
+    KeepEntries(&SurfaceSetting::valueOnSwitch);
     SetCurrentSurfaceIndex(fMenu->GetItemValue(fMenu->GetCurrentItem()));
 }
 
 void CnslView::Confirm() {
-    if (MidiDevice* surface = CurrentSurface()) {
-        KeepSettingsOnConfirm(*surface, fGroup->Get(), fGroupPosition->Get());
-        SetCurrentSurfaceIndex(fCurrent);
-    }
+    KeepEntries(&SurfaceSetting::value);
+    SetCurrentSurfaceIndex(fCurrent);
     WriteGroupSettings(fSurfaces);
     fApp->Quit();
 }
 
-MidiDevice* CnslView::CurrentSurface() {
-    return fCurrent < fSurfaces.size() ? &fSurfaces[fCurrent] : nullptr;
+void CnslView::KeepEntries(SettingPlace place) {
+    if (fCurrent >= fSurfaces.size())
+        return;
+    for (std::size_t row = 0; row < fBoxes.size(); ++row)
+        fSurfaces[fCurrent].*(kRows[row].setting.*place) = fBoxes[row]->Get();
 }
 
 void CnslView::DoDraw(DrawingContext& context) {
     context.FillRect(GetLocalRect(), kContentBG);
     context.SetupFont(kControlFont, kFontSize, kWhite);
-    context.DrawString(LookupString("Group"), kGroupLabel, kTextAlignRight);
-    context.DrawString(LookupString("Group position"), kGroupPositionLabel, kTextAlignRight);
+    for (std::size_t row = 0; row < std::size(kRows); ++row)
+        context.DrawString(CaptionOf(kRows[row]), {20, RowTop(row), 120, 25}, kTextAlignRight);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Surfaces/MidiDevice.h"
+#include "Surfaces/SurfaceGroups.h"
 #include "UI/View.h"
 
 #include "app/Handler.h"
@@ -13,8 +13,8 @@ class CBasicApp;
 class MenuUI;
 class NumericEditBox;
 
-/// The whole content of the program's window: the pop-up of surfaces, the boxes for the group and
-/// the position of the surface that it shows, and the buttons "Help", "Cancel" and "Ok".
+/// The whole content of the program's window: the pop-up of surfaces, a box for each setting of the
+/// surface that it shows, and the buttons "Help", "Cancel" and "Ok".
 class CnslView : public Kestrin::View, public Handler {
 public:
     /// Builds the controls and places itself, shown, at the origin of `parent`. `app` is asked to
@@ -35,6 +35,8 @@ public:
     void DoDraw(Kestrin::DrawingContext& context) override;
 
 private:
+    using SettingPlace = SInt32 MidiDevice::*SurfaceSetting::*;
+
     void BuildControls();
     void AddButton(std::unique_ptr<BtnUI>& button, const char* caption, unsigned int command,
                    float x);
@@ -42,10 +44,10 @@ private:
     void FillMenu();
     void SwitchSurface();
     void Confirm();
-    MidiDevice* CurrentSurface();
+    /// Keeps what the boxes hold in the record of the surface that is shown, at these places of it.
+    void KeepEntries(SettingPlace place);
 
-    std::unique_ptr<NumericEditBox> fGroup;
-    std::unique_ptr<NumericEditBox> fGroupPosition;
+    std::vector<std::unique_ptr<NumericEditBox>> fBoxes;
     std::unique_ptr<MenuUI> fMenu;
     std::unique_ptr<BtnUI> fHelp;
     std::unique_ptr<BtnUI> fCancel;

@@ -11,13 +11,6 @@
 
 using namespace Kestrin;
 
-namespace {
-
-/// Titled and closable; can be minimised but not resized.
-constexpr unsigned int kWindowStyle = 4;
-
-} // namespace
-
 CnslWindow::CnslWindow(CBasicApp* app)
     : RequestHandler(app)
     , fApp(app) {}
@@ -30,9 +23,10 @@ CnslWindow::~CnslWindow() {
 
 void CnslWindow::Open() {
     if (fWindow == nullptr) {
-        fWindow = Window::Create(*this, LookupString("Velt Sorvex Mackie Control Surface Settings"),
-                                 static_cast<unsigned int>(kWindowSize.width),
-                                 static_cast<unsigned int>(kWindowSize.height), kWindowStyle);
+        fWindow =
+            Window::Create(*this, LookupString("Velt Sorvex Mackie Control Surface Settings"),
+                           static_cast<unsigned int>(kWindowSize.width),
+                           static_cast<unsigned int>(kWindowSize.height), Window::kMiniaturizable);
         PlaceInView(fWindow->GetRootView(), 0, 0);
         SetDimensions(kWindowSize);
         fConsole = std::make_unique<CnslView>(fApp, this);

@@ -2,7 +2,7 @@
 
 #include "UI/Color.h"
 #include "UI/Geometry.h"
-#include "UI/TextLayout.h"
+#include "UI/TextStyle.h"
 
 // The program's colours and sizes, all in one place. Sizes are in points.
 
@@ -22,10 +22,10 @@ constexpr RGBAColor kModalTransparentBG{0, 0, 0, 0.8f};
 constexpr RGBAColor kDBGY{255, 195, 0, 1};
 
 constexpr Size kWindowSize{560, 200};
-constexpr Rect kContentRect{0, 0, 560, 200};
+constexpr Rect kContentRect{0, 0, kWindowSize.width, kWindowSize.height};
 constexpr int kFontSize = 14;
 
 /// The face of all captions.
-constexpr FontID kControlFont = static_cast<FontID>(3);
+constexpr FontID kControlFont = kFont4;
 
 } // namespace Kestrin

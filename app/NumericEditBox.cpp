@@ -19,7 +19,6 @@ constexpr float kHeight = 25;
 constexpr Point kFieldOrigin{4, 2};
 constexpr float kFieldHeight = 22;
 constexpr float kFocusRingWidth = 2;
-constexpr unsigned int kCriticalAlert = 48;
 
 } // namespace
 
@@ -115,7 +114,7 @@ void NumericEditBox::Judge() {
         fValue = number;
         return;
     }
-    MessageBox(RangeMessage(), LookupString("Invalid Number"), kCriticalAlert);
+    MessageBox(RangeMessage(), LookupString("Invalid Number"), kMessageBoxCritical);
     Show(fValue);
 }
 

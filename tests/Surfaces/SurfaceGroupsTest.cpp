@@ -87,8 +87,10 @@ TEST_F(StoredGroupSettings, AreWrittenUpToTheFirstSurfaceThatIsGone) {
     const MIDIDeviceRef gone = fStudio.AddExternal("Gone", "Mackie", "HUI");
     const MIDIDeviceRef last = fStudio.AddExternal("Last", "Mackie", "HUI");
     std::vector<MidiDevice> records{RecordOf(fSurface), RecordOf(gone), RecordOf(last)};
-    for (MidiDevice& record : records)
-        KeepSettingsOnConfirm(record, 3, 9);
+    for (MidiDevice& record : records) {
+        record.groupID = 3;
+        record.groupPosition = 9;
+    }
     MIDISetupRemoveExternalDevice(gone);
     WriteGroupSettings(records);
 
