@@ -13,7 +13,7 @@ struct MidiDevice {
     /// The unique ID of the object that carries the surface's settings; records are matched by it.
     MIDIUniqueID uniqueID = 0;
 
-    /// One of the kSurfaceType codes of SurfaceDiscovery.h; 0 while one of the endpoints is
+    /// One of the kSurfaceType codes of SurfaceModels.h; 0 while one of the endpoints is
     /// missing.
     SInt32 surfaceType = 0;
 

@@ -1,112 +1,20 @@
 #include "Surfaces/SurfaceDiscovery.h"
 
+#include "Surfaces/IsolatedText.h"
+#include "Surfaces/MidiObject.h"
 #include "Surfaces/SurfaceGroups.h"
-
-#include <CoreFoundation/CFHolder.h>
+#include "Surfaces/SurfaceModels.h"
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
-#include <string>
 #include <unordered_map>
 
 namespace {
 
-using Text = CFHolder<CFStringRef>;
-using Data = CFHolder<CFDataRef>;
-
-struct FoundObject {
-    MIDIObjectRef reference = 0;
-    MIDIObjectType type{};
-};
-
-std::optional<FoundObject> Find(MIDIUniqueID id) {
-    FoundObject found;
-    if (MIDIObjectFindByUniqueID(id, &found.reference, &found.type) != noErr)
-        return std::nullopt;
-    return found;
-}
-
-std::optional<SInt32> IntegerOf(MIDIObjectRef object, CFStringRef key) {
-    SInt32 value = 0;
-    if (MIDIObjectGetIntegerProperty(object, key, &value) != noErr)
-        return std::nullopt;
-    return value;
-}
-
-Text TextOf(MIDIObjectRef object, CFStringRef key) {
-    CFStringRef text = nullptr;
-    if (MIDIObjectGetStringProperty(object, key, &text) != noErr)
-        return Text();
-    return Text(text);
-}
-
-Data DataOf(MIDIObjectRef object, CFStringRef key) {
-    CFDataRef data = nullptr;
-    if (MIDIObjectGetDataProperty(object, key, &data) != noErr)
-        return Data();
-    return Data(data);
-}
-
-bool BeginsWith(const Text& text, CFStringRef beginning) {
-    if (!text)
-        return false;
-    const CFRange whole = CFRangeMake(0, CFStringGetLength(text.Get()));
-    return CFStringFindWithOptions(text.Get(), beginning, whole, kCFCompareAnchored, nullptr);
-}
-
-// The IDs of a list are packed in the host's byte order; a rest of less than one ID counts for
-// nothing.
-std::size_t CountOfIDs(const Data& list) {
-    return static_cast<std::size_t>(CFDataGetLength(list.Get())) / sizeof(MIDIUniqueID);
-}
-
-MIDIUniqueID IDAt(const Data& list, std::size_t index) {
-    MIDIUniqueID id = 0;
-    std::memcpy(&id, CFDataGetBytePtr(list.Get()) + index * sizeof id, sizeof id);
-    return id;
-}
-
-bool SameBytes(const Data& one, const Data& other) {
-    if (one.Get() == other.Get())
-        return true;
-    const CFIndex length = CFDataGetLength(one.Get());
-    return length == CFDataGetLength(other.Get()) &&
-           std::equal(CFDataGetBytePtr(one.Get()), CFDataGetBytePtr(one.Get()) + length,
-                      CFDataGetBytePtr(other.Get()));
-}
-
-/// Finds the first surface in lists of connected devices. The last list is remembered, because all
-/// endpoints of a device that carries one inherit it, and it may be long.
-class ConnectionLists {
-public:
-    MIDIUniqueID FirstSurfaceIn(Data list);
-
-private:
-    Data fLastList;
-    MIDIUniqueID fLastSurface = 0;
-};
-
-MIDIUniqueID ConnectionLists::FirstSurfaceIn(Data list) {
-    if (fLastList && SameBytes(list, fLastList))
-        return fLastSurface;
-    fLastSurface = 0;
-    for (std::size_t i = 0; i < CountOfIDs(list) && fLastSurface == 0; ++i) {
-        if (const MIDIUniqueID id = IDAt(list, i); IsUniqueIDOurDevice(id))
-            fLastSurface = id;
-    }
-    fLastList = std::move(list);
-    return fLastSurface;
-}
-
-MIDIUniqueID AttachedSurface(MIDIEndpointRef endpoint, ConnectionLists& lists) {
-    if (endpoint == 0)
-        return 0;
-    const auto id = IntegerOf(endpoint, kMIDIPropertyConnectionUniqueID);
-    if (id && IsUniqueIDOurDevice(*id))
-        return *id;
-    Data list = DataOf(endpoint, kMIDIPropertyConnectionUniqueID);
-    return list ? lists.FirstSurfaceIn(std::move(list)) : 0;
+const SurfaceModel* ModelOf(MIDIObjectRef object) {
+    const auto manufacturer = MidiObject::String(object, kMIDIPropertyManufacturer);
+    const auto model = MidiObject::String(object, kMIDIPropertyModel);
+    return manufacturer && model ? FindSurfaceModel(*manufacturer, *model) : nullptr;
 }
 
 bool IsEndpoint(MIDIObjectType type) {
@@ -114,45 +22,28 @@ bool IsEndpoint(MIDIObjectType type) {
            type == kMIDIObjectType_ExternalSource || type == kMIDIObjectType_ExternalDestination;
 }
 
-/// The device that owns an endpoint; 0 for a virtual endpoint.
-MIDIDeviceRef DeviceOf(MIDIEndpointRef endpoint) {
-    MIDIEntityRef entity = 0;
-    MIDIDeviceRef device = 0;
-    if (MIDIEndpointGetEntity(endpoint, &entity) != noErr || entity == 0)
-        return 0;
-    return MIDIEntityGetDevice(entity, &device) == noErr ? device : 0;
-}
-
 /// Where the endpoints of one unit meet: an endpoint's ID becomes that of its device.
 MIDIUniqueID ResolveToDevice(MIDIUniqueID id) {
-    const auto found = Find(id);
-    const MIDIDeviceRef device = found && IsEndpoint(found->type) ? DeviceOf(found->reference) : 0;
+    const auto found = MidiObject::WithID(id);
+    const MIDIDeviceRef device =
+        found && IsEndpoint(found->type) ? MidiObject::DeviceOf(found->reference) : 0;
     if (device == 0)
         return id;
-    if (const auto deviceID = IntegerOf(device, kMIDIPropertyUniqueID))
+    if (const auto deviceID = MidiObject::Integer(device, kMIDIPropertyUniqueID))
         return *deviceID;
-    const Data packed = DataOf(device, kMIDIPropertyUniqueID);
-    return packed && CountOfIDs(packed) > 0 ? IDAt(packed, 0) : id;
-}
-
-SInt32 SurfaceTypeOf(const Text& model) {
-    // The extender's model begins with that of the main unit.
-    if (BeginsWith(model, CFSTR("Mackie Control Exp")))
-        return kSurfaceTypeMackieControlExtender;
-    if (BeginsWith(model, CFSTR("Mackie Control")) || BeginsWith(model, CFSTR("MCU Pro USB")))
-        return kSurfaceTypeMackieControl;
-    if (BeginsWith(model, CFSTR("SAC-2K")))
-        return kSurfaceTypeSAC2K;
-    return kSurfaceTypeOther;
+    const auto packed = MidiObject::Data(device, kMIDIPropertyUniqueID);
+    const auto ids = packed ? MidiObject::IDsIn(*packed) : std::vector<MIDIUniqueID>();
+    return ids.empty() ? id : ids.front();
 }
 
 void Complete(MidiDevice& record) {
-    const auto surface = Find(record.uniqueID);
-    const Text model = surface ? TextOf(surface->reference, kMIDIPropertyModel) : Text();
+    const auto surface = MidiObject::WithID(record.uniqueID);
+    const auto model =
+        surface ? MidiObject::String(surface->reference, kMIDIPropertyModel) : std::nullopt;
     if (!model)
         return;
     ReadGroupSettings(surface->reference, record);
-    record.surfaceType = SurfaceTypeOf(model);
+    record.surfaceType = SurfaceTypeOf(*model);
 }
 
 /// One walk over endpoints: the list that it fills, with an index of the records by unique ID.
@@ -166,7 +57,6 @@ private:
 
     std::vector<MidiDevice>& fList;
     std::unordered_map<MIDIUniqueID, std::size_t> fIndex;
-    ConnectionLists fConnections;
 };
 
 Scan::Scan(std::vector<MidiDevice>& list)
@@ -179,7 +69,7 @@ Scan::Scan(std::vector<MidiDevice>& list)
 void Scan::Consider(MIDIEndpointRef endpoint, bool isSource) {
     MIDIUniqueID id = IsEndpointAVirtualMIDIPort(endpoint);
     if (id == 0)
-        id = AttachedSurface(endpoint, fConnections);
+        id = IsDeviceAttachedToEndpoint(endpoint);
     if (id != 0)
         Meet(ResolveToDevice(id), endpoint, isSource);
 }
@@ -209,71 +99,32 @@ std::string CutToFit(std::string name) {
     return name;
 }
 
-std::optional<std::string> NameOf(MIDIObjectRef object) {
-    const Text name = TextOf(object, kMIDIPropertyName);
-    if (!name)
-        return std::nullopt;
-    char buffer[kMidiEndpointNameSize] = {};
-    CFIndex used = 0;
-    const CFRange whole = CFRangeMake(0, CFStringGetLength(name.Get()));
-    CFStringGetBytes(name.Get(), whole, CFStringGetSystemEncoding(), '?', false,
-                     reinterpret_cast<UInt8*>(buffer), sizeof buffer - 1, &used);
-    return std::string(buffer);
-}
-
-/// The surface and its port; with the interface between them where the port is another device's.
-std::optional<std::string> DisplayName(const MidiDevice& device) {
-    const auto surface = Find(device.uniqueID);
-    const auto surfaceName = surface ? NameOf(surface->reference) : std::nullopt;
-    const auto portName = NameOf(device.destinationEndpoint);
-    if (!surfaceName || !portName)
-        return std::nullopt;
-
-    const MIDIDeviceRef portDevice = DeviceOf(device.destinationEndpoint);
-    if (portDevice == surface->reference)
-        return *surfaceName + " " + *portName;
-    const auto interfaceName = NameOf(portDevice);
-    if (!interfaceName)
-        return std::nullopt;
-    return *surfaceName + " on " + *interfaceName + " output " + *portName;
-}
-
 } // namespace
 
 bool IsUniqueIDOurDevice(MIDIUniqueID id) {
-    const auto found = Find(id);
-    if (!found)
-        return false;
-    const Text manufacturer = TextOf(found->reference, kMIDIPropertyManufacturer);
-    const bool isMackie = BeginsWith(manufacturer, CFSTR("Mackie"));
-    if (!isMackie && !BeginsWith(manufacturer, CFSTR("Radikal Technologies")))
-        return false;
-    const Text model = TextOf(found->reference, kMIDIPropertyModel);
-    if (isMackie)
-        return BeginsWith(model, CFSTR("HUI")) || BeginsWith(model, CFSTR("Mackie Control"));
-    return BeginsWith(model, CFSTR("SAC-2K"));
+    const auto found = MidiObject::WithID(id);
+    const SurfaceModel* const model = found ? ModelOf(found->reference) : nullptr;
+    return model != nullptr && !model->isOwnPort;
 }
 
 MIDIUniqueID IsDeviceAttachedToEndpoint(MIDIEndpointRef endpoint) {
-    ConnectionLists lists;
-    return AttachedSurface(endpoint, lists);
+    const auto id = MidiObject::Integer(endpoint, kMIDIPropertyConnectionUniqueID);
+    if (id && IsUniqueIDOurDevice(*id))
+        return *id;
+    const auto list = MidiObject::Data(endpoint, kMIDIPropertyConnectionUniqueID);
+    const auto ids = list ? MidiObject::IDsIn(*list) : std::vector<MIDIUniqueID>();
+    const auto first = std::find_if(ids.begin(), ids.end(), IsUniqueIDOurDevice);
+    return first == ids.end() ? 0 : *first;
 }
 
 MIDIUniqueID IsEndpointAVirtualMIDIPort(MIDIEndpointRef endpoint) {
-    if (endpoint == 0)
+    const auto id = MidiObject::Integer(endpoint, kMIDIPropertyUniqueID);
+    const auto found = id ? MidiObject::WithID(*id) : std::nullopt;
+    const SurfaceModel* const model = found ? ModelOf(found->reference) : nullptr;
+    if (model == nullptr || !model->isOwnPort)
         return 0;
-    const auto id = IntegerOf(endpoint, kMIDIPropertyUniqueID);
-    const auto found = id ? Find(*id) : std::nullopt;
-    if (!found)
-        return 0;
-    // Of the unit's ports the first alone is the surface. An AlphaTrack is deliberately not taken
-    // for one, although it is a port of its own too.
-    const bool isSurface =
-        BeginsWith(TextOf(found->reference, kMIDIPropertyManufacturer),
-                   CFSTR("LOUD Technologies, Inc.")) &&
-        BeginsWith(TextOf(found->reference, kMIDIPropertyModel), CFSTR("MCU Pro USB")) &&
-        BeginsWith(TextOf(found->reference, kMIDIPropertyName), CFSTR("Port 1"));
-    return isSurface ? *id : 0;
+    const auto name = MidiObject::String(found->reference, kMIDIPropertyName);
+    return name && name->starts_with(kSurfacePort) ? *id : 0;
 }
 
 void MaybeAddEndPointToDeviceList(std::vector<MidiDevice>& list, MIDIEndpointRef endpoint,
@@ -293,9 +144,32 @@ void GetAvailableDevices(std::vector<MidiDevice>& list) {
     std::erase_if(list, IsIncomplete);
 }
 
+std::optional<std::string> JoinedSurfaceName(const MidiDevice& device,
+                                             const std::function<Shown>& shown) {
+    const auto part = [&](MIDIObjectRef object) -> std::optional<std::string> {
+        auto name = MidiObject::String(object, kMIDIPropertyName);
+        return name ? std::optional(shown(CutToFit(*std::move(name)))) : std::nullopt;
+    };
+    const auto surface = MidiObject::WithID(device.uniqueID);
+    const auto surfaceName = surface ? part(surface->reference) : std::nullopt;
+    const auto portName = part(device.destinationEndpoint);
+    if (!surfaceName || !portName)
+        return std::nullopt;
+
+    const MIDIDeviceRef portDevice = MidiObject::DeviceOf(device.destinationEndpoint);
+    if (portDevice == surface->reference)
+        return *surfaceName + " " + *portName;
+    if (portDevice == 0)
+        return *surfaceName + " on " + *portName;
+    const auto interfaceName = part(portDevice);
+    if (!interfaceName)
+        return std::nullopt;
+    return *surfaceName + " on " + *interfaceName + " output " + *portName;
+}
+
 void GetMidiEndpointName(MidiDevice device, char* out) {
-    if (auto name = DisplayName(device)) {
-        const std::string fitting = CutToFit(std::move(*name));
+    if (auto name = JoinedSurfaceName(device, Isolated)) {
+        const std::string fitting = CutToFit(*std::move(name));
         std::memcpy(out, fitting.c_str(), fitting.size() + 1);
     }
 }

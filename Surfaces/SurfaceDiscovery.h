@@ -3,17 +3,14 @@
 #include "Surfaces/MidiDevice.h"
 
 #include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
 /// Finds the control surfaces among the endpoints of the MIDI service: those that are a MIDI port
 /// of their own, and those cabled to a port as an external device. What the service cannot answer
 /// counts as absent; no error is reported. All texts are compared by their beginning, with case.
-
-/// The codes of MidiDevice::surfaceType.
-inline constexpr SInt32 kSurfaceTypeOther = 16;
-inline constexpr SInt32 kSurfaceTypeMackieControl = 20;
-inline constexpr SInt32 kSurfaceTypeMackieControlExtender = 21;
-inline constexpr SInt32 kSurfaceTypeSAC2K = 32;
 
 /// The size of the buffer that GetMidiEndpointName writes into, the final zero included.
 inline constexpr std::size_t kMidiEndpointNameSize = 255;
@@ -36,6 +33,13 @@ MIDIUniqueID IsDeviceAttachedToEndpoint(MIDIEndpointRef endpoint);
 /// Whether the MIDI object with this unique ID is a compatible surface.
 bool IsUniqueIDOurDevice(MIDIUniqueID id);
 
-/// Writes the surface's display name, UTF-8, into a buffer of kMidiEndpointNameSize bytes, cut at a
-/// character to fit. When a part of the name cannot be read the buffer is left as it was.
+/// The surface's display name, UTF-8: the surface and its port, with the interface between them
+/// where the port is another device's. Each name passes through `shown` before it is joined.
+/// Nothing when one of them cannot be read.
+using Shown = std::string(const std::string& name);
+std::optional<std::string> JoinedSurfaceName(const MidiDevice& device,
+                                             const std::function<Shown>& shown);
+
+/// Writes the display name, its parts isolated, into a buffer of kMidiEndpointNameSize bytes,
+/// cut at a character to fit. When a part of the name cannot be read the buffer is left as it was.
 void GetMidiEndpointName(MidiDevice device, char* out);

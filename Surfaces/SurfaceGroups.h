@@ -63,7 +63,7 @@ inline constexpr const SurfaceSetting* kSurfaceSettings[] = {&kGroupPositionSett
 void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device);
 
 /// Gives every record in turn its free position; records before it take part with their new one.
-/// Linear in the number of records. Writes nothing to the MIDI objects.
+/// Writes nothing to the MIDI objects.
 void NormaliseGroupPositions(std::vector<MidiDevice>& devices);
 
 /// Writes both settings of every record, in order, to the MIDI objects. Ends at the first record

@@ -1,9 +1,8 @@
 #include "bench/Surfaces/CabledStudio.h"
 
+#include "Surfaces/MidiObject.h"
 #include "Surfaces/SurfaceGroups.h"
-
-#include <CoreFoundation/CFHolder.h>
-#include <CoreMIDI/CoreMIDI.h>
+#include "Surfaces/SurfaceModels.h"
 
 #include <stdlib.h>
 
@@ -31,23 +30,18 @@ private:
     std::filesystem::path fPath;
 };
 
-CFHolder<CFStringRef> Text(const std::string& utf8) {
-    return CFHolder<CFStringRef>(
-        CFStringCreateWithCString(nullptr, utf8.c_str(), kCFStringEncodingUTF8));
-}
-
 void AddPorts(MIDIDeviceRef device, int count) {
     for (int port = 1; port <= count; ++port) {
         MIDIEntityRef entity = 0;
-        MIDIDeviceAddEntity(device, Text("Port " + std::to_string(port)).Get(), false, 1, 1,
-                            &entity);
+        MIDIDeviceAddEntity(device, MidiObject::ToText("Port " + std::to_string(port)).Get(), false,
+                            1, 1, &entity);
     }
 }
 
 MIDIDeviceRef AddInterface(int number) {
     MIDIDeviceRef device = 0;
-    MIDIDeviceCreate(nullptr, Text("Interface " + std::to_string(number)).Get(), CFSTR("Velt"),
-                     CFSTR("Eight Ports"), &device);
+    MIDIDeviceCreate(nullptr, MidiObject::ToText("Interface " + std::to_string(number)).Get(),
+                     CFSTR("Velt"), CFSTR("Eight Ports"), &device);
     AddPorts(device, kPortsOfAnInterface);
     MIDISetupAddDevice(device);
     return device;
@@ -55,19 +49,22 @@ MIDIDeviceRef AddInterface(int number) {
 
 MIDIDeviceRef AddSurface(int number) {
     MIDIDeviceRef device = 0;
-    MIDIExternalDeviceCreate(Text("Surface " + std::to_string(number)).Get(), CFSTR("Mackie"),
-                             CFSTR("Mackie Control"), &device);
+    const SurfaceModel& model = *FindSurfaceModel("Mackie", "Mackie Control");
+    MIDIExternalDeviceCreate(MidiObject::ToText("Surface " + std::to_string(number)).Get(),
+                             MidiObject::ToText(model.manufacturer).Get(),
+                             MidiObject::ToText(model.model).Get(), &device);
     AddPorts(device, 1);
     MIDISetupAddExternalDevice(device);
     const bool isCrowded = number % 2 == 0;
-    MIDIObjectSetIntegerProperty(device, Text(kGroupIDKey).Get(), isCrowded ? 0 : number / 100 + 1);
-    MIDIObjectSetIntegerProperty(device, Text(kGroupPositionKey).Get(), isCrowded ? 3 : number);
+    MIDIObjectSetIntegerProperty(device, MidiObject::ToText(kGroupIDKey).Get(),
+                                 isCrowded ? 0 : number / 100 + 1);
+    MIDIObjectSetIntegerProperty(device, MidiObject::ToText(kGroupPositionKey).Get(),
+                                 isCrowded ? 3 : number);
     return device;
 }
 
 void Cable(MIDIEntityRef port, MIDIDeviceRef surface) {
-    SInt32 id = 0;
-    MIDIObjectGetIntegerProperty(surface, kMIDIPropertyUniqueID, &id);
+    const MIDIUniqueID id = MidiObject::ID(surface);
     MIDIObjectSetIntegerProperty(MIDIEntityGetSource(port, 0), kMIDIPropertyConnectionUniqueID, id);
     MIDIObjectSetIntegerProperty(MIDIEntityGetDestination(port, 0), kMIDIPropertyConnectionUniqueID,
                                  id);

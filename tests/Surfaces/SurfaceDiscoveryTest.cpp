@@ -1,6 +1,7 @@
 #include "Surfaces/SurfaceDiscovery.h"
 
 #include "Surfaces/SurfaceGroups.h"
+#include "Surfaces/SurfaceModels.h"
 
 #include "tests/support/TestStudio.h"
 
@@ -135,8 +136,7 @@ TEST_F(SurfaceDiscovery, MeetsTheEndpointsOfAUnitUnderTheirDevice) {
 
 TEST_F(SurfaceDiscovery, EndsOnListsThatAreLongAndLeadNowhere) {
     // All endpoints of a device inherit its list.
-    constexpr std::size_t kIDsInAMebibyte = (std::size_t{1} << 20U) / sizeof(MIDIUniqueID);
-    std::vector<MIDIUniqueID> ids(kIDsInAMebibyte, std::numeric_limits<MIDIUniqueID>::max());
+    std::vector<MIDIUniqueID> ids(1000, std::numeric_limits<MIDIUniqueID>::max());
     const MIDIDeviceRef box = fStudio.AddInterface("Big Box", 200);
     for (const MIDIDeviceRef last : {box, AddMackieControl()}) {
         ids.back() = fStudio.ID(last);
@@ -153,6 +153,9 @@ TEST_F(SurfaceDiscovery, NamesASurfaceByItsPortAndCutsLongNamesAtACharacter) {
     fStudio.Cable(fInterface, 1, surface);
     const std::pair<std::string, std::string> names[] = {
         {"Größe", "Größe on Box output Port 1"},
+        {"שלום", "\u2068שלום\u2069 on Box output Port 1"},
+        {"a\u202Eb", "\u2068a\u202Eb\u2069 on Box output Port 1"},
+        {"\u2069\u202Eb\u2066", "\u2068\u202Eb\u2066\u2069\u2069 on Box output Port 1"},
         {umlauts, umlauts.substr(0, 254)},
         {"x" + umlauts, "x" + umlauts.substr(0, 252) + " "},
         {umlauts.substr(0, 240) + "x", umlauts.substr(0, 240) + "x on Box outpu"}};
@@ -160,6 +163,13 @@ TEST_F(SurfaceDiscovery, NamesASurfaceByItsPortAndCutsLongNamesAtACharacter) {
         fStudio.SetText(surface, "name", name);
         EXPECT_EQ(NameOf(Scan().at(0)), shown);
     }
+}
+
+TEST_F(SurfaceDiscovery, NamesASurfaceOnAPortWithoutADeviceByBoth) {
+    MidiDevice device;
+    device.destinationEndpoint = fStudio.AddProgramPort("Network 1").destination;
+    device.uniqueID = fStudio.ID(AddMackieControl());
+    EXPECT_EQ(NameOf(device), "Desk on Network 1");
 }
 
 TEST_F(SurfaceDiscovery, LeavesTheBufferAloneWhenANamePartIsMissing) {

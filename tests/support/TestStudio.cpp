@@ -2,6 +2,8 @@
 
 #include <CoreFoundation/CFHolder.h>
 
+#include <sqlite3.h>
+
 #include <cstdlib>
 #include <stdexcept>
 
@@ -58,6 +60,25 @@ MIDIDeviceRef TestStudio::AddExternal(const std::string& name, const std::string
     AddPort(device, "Port 1");
     Check(MIDISetupAddExternalDevice(device));
     return device;
+}
+
+TestStudio::ProgramPort TestStudio::AddProgramPort(const std::string& name) {
+    MIDIGetNumberOfDevices();
+    MIDIRestart();
+    // Only the sequencer makes such ports, so they are put into the file as it would leave them.
+    sqlite3* file = nullptr;
+    sqlite3_open(DatabasePath().c_str(), &file);
+    const int code = sqlite3_exec(
+        file, "INSERT INTO objects (type, position, unique_id) VALUES (2, 0, 4001), (3, 1, 4002)",
+        nullptr, nullptr, nullptr);
+    sqlite3_close(file);
+    Check(code);
+    ProgramPort port{};
+    Check(MIDIObjectFindByUniqueID(4001, &port.source, nullptr));
+    Check(MIDIObjectFindByUniqueID(4002, &port.destination, nullptr));
+    SetText(port.source, "name", name);
+    SetText(port.destination, "name", name);
+    return port;
 }
 
 void TestStudio::Cable(MIDIDeviceRef interface, int port, MIDIObjectRef object) {

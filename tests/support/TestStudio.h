@@ -29,6 +29,13 @@ public:
     MIDIDeviceRef AddExternal(const std::string& name, const std::string& manufacturer,
                               const std::string& model);
 
+    /// The source and the destination of a program that ran before: ports without a device.
+    struct ProgramPort {
+        MIDIEndpointRef source;
+        MIDIEndpointRef destination;
+    };
+    ProgramPort AddProgramPort(const std::string& name);
+
     /// `port` counts from 1.
     static MIDIEntityRef Port(MIDIDeviceRef device, int port) {
         return MIDIDeviceGetEntity(device, static_cast<ItemCount>(port - 1));

@@ -8,7 +8,9 @@ namespace {
 
 /// A device as the service makes it, before it is added; null texts stay unset.
 MIDIDeviceRef CreateDevice(DeviceKind kind, const DeviceDescription& description) {
-    const auto given = [](const std::string& text) { return text.empty() ? Text() : ToText(text); };
+    const auto given = [](const std::string& text) {
+        return text.empty() ? Text() : RequireText(text);
+    };
     const Text name = given(description.name);
     const Text manufacturer = given(description.manufacturer);
     const Text model = given(description.model);
@@ -45,8 +47,9 @@ MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description,
 MIDIEntityRef BuildPort(MIDIDeviceRef device, const std::string& name, ItemCount sources,
                         ItemCount destinations) {
     MIDIEntityRef entity = 0;
-    Check(MIDIDeviceAddEntity(device, ToText(name).Get(), false, sources, destinations, &entity),
-          "add a port");
+    Check(
+        MIDIDeviceAddEntity(device, RequireText(name).Get(), false, sources, destinations, &entity),
+        "add a port");
     return entity;
 }
 

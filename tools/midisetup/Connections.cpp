@@ -9,14 +9,7 @@ namespace MidiSetup {
 namespace {
 
 std::string ConnectionKey() {
-    return FromText(kMIDIPropertyConnectionUniqueID);
-}
-
-std::vector<MIDIUniqueID> Unpack(const Bytes& bytes) {
-    std::vector<MIDIUniqueID> ids(bytes.size() / sizeof(MIDIUniqueID));
-    if (!ids.empty())
-        std::memcpy(ids.data(), bytes.data(), ids.size() * sizeof(MIDIUniqueID));
-    return ids;
+    return MidiObject::FromText(kMIDIPropertyConnectionUniqueID);
 }
 
 Bytes Pack(const std::vector<MIDIUniqueID>& ids) {
@@ -34,7 +27,7 @@ std::vector<MIDIUniqueID> ConnectionsOf(MIDIObjectRef port) {
 
 std::vector<MIDIUniqueID> ConnectionsIn(const PropertyValue& value) {
     if (const auto* bytes = std::get_if<Bytes>(&value))
-        return Unpack(*bytes);
+        return MidiObject::IDsIn(*bytes);
     const auto* id = std::get_if<SInt32>(&value);
     return id != nullptr && *id != 0 ? std::vector<MIDIUniqueID>{*id} : std::vector<MIDIUniqueID>();
 }

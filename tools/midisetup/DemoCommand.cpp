@@ -27,8 +27,7 @@ void RequireEmptyStudio(const Studio& studio) {
 /// Cables a device to the port of an interface, in both directions.
 void Cable(MIDIDeviceRef interface, ItemCount port, MIDIDeviceRef device) {
     const MIDIEntityRef entity = MIDIDeviceGetEntity(interface, port);
-    const std::vector<MIDIUniqueID> connected{
-        GetInteger(device, kMIDIPropertyUniqueID).value_or(kMIDIInvalidUniqueID)};
+    const std::vector<MIDIUniqueID> connected{MidiObject::ID(device)};
     SetConnections(MIDIEntityGetSource(entity, 0), connected);
     SetConnections(MIDIEntityGetDestination(entity, 0), connected);
 }

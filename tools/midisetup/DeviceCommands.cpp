@@ -29,9 +29,8 @@ int Add(const AddOptions& options) {
     RequireDatabase();
     const MIDIDeviceRef device =
         BuildDeviceWithPorts(options.kind, options.description, options.ports);
-    std::cout << "Added " << Printable(GetString(device, kMIDIPropertyName).value_or(""))
-              << " with the unique ID " << GetInteger(device, kMIDIPropertyUniqueID).value_or(0)
-              << ".\n";
+    std::cout << "Added " << Printable(MidiObject::String(device, kMIDIPropertyName).value_or(""))
+              << " with the unique ID " << MidiObject::ID(device) << ".\n";
     return kExitDone;
 }
 

@@ -27,7 +27,7 @@ void Print(const std::vector<Problem>& problems) {
 
 std::string TextOrEmpty(CFStringRef owned) {
     const Text text(owned);
-    return text ? FromText(text.Get()) : "";
+    return text ? MidiObject::FromText(text.Get()) : "";
 }
 
 std::string RemedyFor(KestrinMIDIDatabaseState state) {

@@ -225,9 +225,10 @@ const Device* Planner::MatchCard(const Json& json) const {
     for (const Device& device : fStudio.devices) {
         const bool isSame =
             device.kind == DeviceKind::kCard && device.name == TextIn(wanted, "name") &&
-            GetString(device.reference, kMIDIPropertyManufacturer).value_or("") ==
+            MidiObject::String(device.reference, kMIDIPropertyManufacturer).value_or("") ==
                 TextIn(wanted, "manufacturer") &&
-            GetString(device.reference, kMIDIPropertyModel).value_or("") == TextIn(wanted, "model");
+            MidiObject::String(device.reference, kMIDIPropertyModel).value_or("") ==
+                TextIn(wanted, "model");
         if (isSame)
             return &device;
     }
@@ -276,8 +277,7 @@ void Planner::PlanEndpoint(const Json& json) {
 }
 
 void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
-    const NamedObject* object =
-        fNames.WithID(GetInteger(reference, kMIDIPropertyUniqueID).value_or(kMIDIInvalidUniqueID));
+    const NamedObject* object = fNames.WithID(MidiObject::ID(reference));
     const std::string of = " of " + (object != nullptr ? Printable(object->path) : "an object");
     const Properties wanted = PropertiesIn(json);
     const Properties present = OwnPropertiesOf(reference);

@@ -12,7 +12,7 @@ namespace MidiSetup {
 namespace {
 
 bool IsConnectionKey(const std::string& key) {
-    return key == FromText(kMIDIPropertyConnectionUniqueID);
+    return key == MidiObject::FromText(kMIDIPropertyConnectionUniqueID);
 }
 
 Json PropertiesToJson(MIDIObjectRef object) {

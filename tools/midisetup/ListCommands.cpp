@@ -1,5 +1,6 @@
 #include "Surfaces/SurfaceDiscovery.h"
 #include "Surfaces/SurfaceGroups.h"
+#include "Surfaces/SurfaceModels.h"
 
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"

@@ -11,8 +11,6 @@ namespace MidiSetup {
 
 namespace {
 
-using Data = CFHolder<CFDataRef>;
-
 std::string MeaningOf(OSStatus status) {
     switch (status) {
     case kMIDIUnknownProperty:
@@ -32,67 +30,33 @@ std::string MeaningOf(OSStatus status) {
     }
 }
 
-std::optional<Bytes> GetData(MIDIObjectRef object, CFStringRef key) {
-    CFDataRef data = nullptr;
-    if (MIDIObjectGetDataProperty(object, key, &data) != noErr)
-        return std::nullopt;
-    const Data holder(data);
-    const UInt8* first = CFDataGetBytePtr(data);
-    return Bytes(first, first + CFDataGetLength(data));
-}
-
 OSStatus Store(MIDIObjectRef object, CFStringRef key, const PropertyValue& value) {
     if (const auto* number = std::get_if<SInt32>(&value))
         return MIDIObjectSetIntegerProperty(object, key, *number);
     if (const auto* text = std::get_if<std::string>(&value))
-        return MIDIObjectSetStringProperty(object, key, ToText(*text).Get());
+        return MIDIObjectSetStringProperty(object, key, RequireText(*text).Get());
     const auto& bytes = std::get<Bytes>(value);
-    const Data data(CFDataCreate(nullptr, bytes.data(), static_cast<CFIndex>(bytes.size())));
+    const CFHolder<CFDataRef> data(
+        CFDataCreate(nullptr, bytes.data(), static_cast<CFIndex>(bytes.size())));
     return MIDIObjectSetDataProperty(object, key, data.Get());
 }
 
 } // namespace
 
-std::string FromText(CFStringRef text) {
-    const CFRange whole = CFRangeMake(0, CFStringGetLength(text));
-    CFIndex size = 0;
-    CFStringGetBytes(text, whole, kCFStringEncodingUTF8, '?', false, nullptr, 0, &size);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    CFStringGetBytes(text, whole, kCFStringEncodingUTF8, '?', false,
-                     reinterpret_cast<UInt8*>(utf8.data()), size, &size);
-    return utf8;
-}
-
-Text ToText(std::string_view utf8) {
-    Text text(CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(utf8.data()),
-                                      static_cast<CFIndex>(utf8.size()), kCFStringEncodingUTF8,
-                                      false));
+Text RequireText(std::string_view utf8) {
+    Text text = MidiObject::ToText(utf8);
     if (!text)
         throw Failure("\"" + Printable(utf8) + "\" is not valid UTF-8");
     return text;
 }
 
-std::optional<SInt32> GetInteger(MIDIObjectRef object, CFStringRef key) {
-    SInt32 value = 0;
-    if (MIDIObjectGetIntegerProperty(object, key, &value) != noErr)
-        return std::nullopt;
-    return value;
-}
-
-std::optional<std::string> GetString(MIDIObjectRef object, CFStringRef key) {
-    CFStringRef text = nullptr;
-    if (MIDIObjectGetStringProperty(object, key, &text) != noErr)
-        return std::nullopt;
-    return FromText(Text(text).Get());
-}
-
 std::optional<PropertyValue> GetProperty(MIDIObjectRef object, const std::string& key) {
-    const Text text = ToText(key);
-    if (auto number = GetInteger(object, text.Get()))
+    const Text text = RequireText(key);
+    if (auto number = MidiObject::Integer(object, text.Get()))
         return *number;
-    if (auto string = GetString(object, text.Get()))
+    if (auto string = MidiObject::String(object, text.Get()))
         return *std::move(string);
-    if (auto bytes = GetData(object, text.Get()))
+    if (auto bytes = MidiObject::Data(object, text.Get()))
         return *std::move(bytes);
     return std::nullopt;
 }
@@ -104,7 +68,7 @@ std::vector<std::pair<std::string, PropertyValue>> OwnProperties(MIDIObjectRef o
         const Text key(KestrinMIDIObjectCopyPropertyKey(object, i));
         if (!key)
             continue;
-        std::string name = FromText(key.Get());
+        std::string name = MidiObject::FromText(key.Get());
         if (auto value = GetProperty(object, name))
             properties.emplace_back(std::move(name), *std::move(value));
     }
@@ -112,11 +76,12 @@ std::vector<std::pair<std::string, PropertyValue>> OwnProperties(MIDIObjectRef o
 }
 
 void SetProperty(MIDIObjectRef object, const std::string& key, const PropertyValue& value) {
-    Check(Store(object, ToText(key).Get(), value), "set \"" + Printable(key) + "\"");
+    Check(Store(object, RequireText(key).Get(), value), "set \"" + Printable(key) + "\"");
 }
 
 void RemoveProperty(MIDIObjectRef object, const std::string& key) {
-    Check(MIDIObjectRemoveProperty(object, ToText(key).Get()), "remove \"" + Printable(key) + "\"");
+    Check(MIDIObjectRemoveProperty(object, RequireText(key).Get()),
+          "remove \"" + Printable(key) + "\"");
 }
 
 void Check(OSStatus status, const std::string& action) {

@@ -1,31 +1,22 @@
 #pragma once
 
-#include <CoreFoundation/CFHolder.h>
-#include <CoreMIDI/CoreMIDI.h>
+#include "Surfaces/MidiObject.h"
 
-#include <optional>
-#include <string>
-#include <string_view>
 #include <utility>
 #include <variant>
-#include <vector>
 
-/// The MIDI service's texts and properties as values of the standard library. Text is UTF-8.
+/// Properties of any type, and changing them.
 namespace MidiSetup {
 
-using Text = CFHolder<CFStringRef>;
-using Bytes = std::vector<unsigned char>;
+using MidiObject::Bytes;
+using MidiObject::Text;
 using PropertyValue = std::variant<SInt32, std::string, Bytes>;
 
-std::string FromText(CFStringRef text);
-
 /// Throws Failure when `utf8` is not valid UTF-8.
-Text ToText(std::string_view utf8);
+Text RequireText(std::string_view utf8);
 
 /// The value that the object answers with, its own or its owner's.
 std::optional<PropertyValue> GetProperty(MIDIObjectRef object, const std::string& key);
-std::optional<SInt32> GetInteger(MIDIObjectRef object, CFStringRef key);
-std::optional<std::string> GetString(MIDIObjectRef object, CFStringRef key);
 
 /// The object's own properties, by key; the unique ID is not among them.
 std::vector<std::pair<std::string, PropertyValue>> OwnProperties(MIDIObjectRef object);

@@ -14,24 +14,21 @@ namespace MidiSetup {
 
 namespace {
 
-MIDIUniqueID IDOf(MIDIObjectRef object) {
-    return GetInteger(object, kMIDIPropertyUniqueID).value_or(0);
-}
-
 std::string NameOf(MIDIObjectRef object) {
-    return GetString(object, kMIDIPropertyName).value_or("");
+    return MidiObject::String(object, kMIDIPropertyName).value_or("");
 }
 
 bool IsOffline(MIDIObjectRef object) {
-    return GetInteger(object, kMIDIPropertyOffline).value_or(0) != 0;
+    return MidiObject::Integer(object, kMIDIPropertyOffline).value_or(0) != 0;
 }
 
 Endpoint ReadEndpoint(MIDIEndpointRef reference, bool isSource) {
-    return {reference, IDOf(reference), NameOf(reference), isSource, IsOffline(reference)};
+    return {reference, MidiObject::ID(reference), NameOf(reference), isSource,
+            IsOffline(reference)};
 }
 
 Entity ReadEntity(MIDIEntityRef reference) {
-    Entity entity{reference, IDOf(reference), NameOf(reference), {}, {}};
+    Entity entity{reference, MidiObject::ID(reference), NameOf(reference), {}, {}};
     const ItemCount sources = MIDIEntityGetNumberOfSources(reference);
     for (ItemCount i = 0; i < sources; ++i)
         entity.sources.push_back(ReadEndpoint(MIDIEntityGetSource(reference, i), true));
@@ -42,7 +39,8 @@ Entity ReadEntity(MIDIEntityRef reference) {
 }
 
 Device ReadDevice(MIDIDeviceRef reference, DeviceKind kind) {
-    Device device{reference, IDOf(reference), kind, NameOf(reference), IsOffline(reference), {}};
+    Device device{reference,         MidiObject::ID(reference), kind,
+                  NameOf(reference), IsOffline(reference),      {}};
     const ItemCount entities = MIDIDeviceGetNumberOfEntities(reference);
     for (ItemCount i = 0; i < entities; ++i)
         device.entities.push_back(ReadEntity(MIDIDeviceGetEntity(reference, i)));
@@ -50,13 +48,13 @@ Device ReadDevice(MIDIDeviceRef reference, DeviceKind kind) {
 }
 
 DeviceKind KindOf(MIDIDeviceRef reference) {
-    return GetString(reference, kMIDIPropertyDriverOwner) ? DeviceKind::kCard
-                                                          : DeviceKind::kInterface;
+    return MidiObject::String(reference, kMIDIPropertyDriverOwner) ? DeviceKind::kCard
+                                                                   : DeviceKind::kInterface;
 }
 
 Endpoint ReadProgramEndpoint(MIDIEndpointRef reference) {
     MIDIObjectType type = kMIDIObjectType_Other;
-    MIDIObjectFindByUniqueID(IDOf(reference), nullptr, &type);
+    MIDIObjectFindByUniqueID(MidiObject::ID(reference), nullptr, &type);
     return ReadEndpoint(reference, type == kMIDIObjectType_Source);
 }
 
@@ -87,8 +85,9 @@ void RequireDatabase() {
     if (KestrinMIDIGetDatabaseState() == kKestrinMIDIDatabaseReady)
         return;
     const Text problem(KestrinMIDICopyDatabaseProblem());
-    throw Failure((problem ? FromText(problem.Get()) : "The MIDI database cannot be used.") +
-                  "\n\"midisetup doctor\" tells what to do.");
+    throw Failure(
+        (problem ? MidiObject::FromText(problem.Get()) : "The MIDI database cannot be used.") +
+        "\n\"midisetup doctor\" tells what to do.");
 }
 
 const char* KindName(DeviceKind kind) {
@@ -104,8 +103,8 @@ const char* KindName(DeviceKind kind) {
 }
 
 GroupSettings StoredSettings(MIDIObjectRef object) {
-    return {GetInteger(object, ToText(kGroupIDKey).Get()),
-            GetInteger(object, ToText(kGroupPositionKey).Get())};
+    return {MidiObject::Integer(object, RequireText(kGroupIDKey).Get()),
+            MidiObject::Integer(object, RequireText(kGroupPositionKey).Get())};
 }
 
 bool IsSurface(const Device& device) {

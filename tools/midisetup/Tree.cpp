@@ -97,7 +97,7 @@ std::string ProgramsSection(const Studio& studio) {
 
 std::string ValueText(const std::string& key, const PropertyValue& value,
                       const ObjectNames& names) {
-    if (key == FromText(kMIDIPropertyConnectionUniqueID)) {
+    if (key == MidiObject::FromText(kMIDIPropertyConnectionUniqueID)) {
         std::string connected;
         for (const MIDIUniqueID id : ConnectionsIn(value))
             connected += (connected.empty() ? "" : ", ") + names.Describe(id);
