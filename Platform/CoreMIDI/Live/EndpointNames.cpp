@@ -63,8 +63,9 @@ std::string CleanName(std::string_view bytes) {
         U8_NEXT(bytes.data(), place, length, character);
         if (character < 0 && IsCutOff(bytes.substr(start)))
             break;
-        if (character < 0 || !IsControl(character))
-            AppendCharacter(clean, character < 0 ? 0xFFFD : character);
+        if (character < 0)
+            character = 0xFFFD;
+        AppendCharacter(clean, IsControl(character) ? ' ' : character);
     }
     return std::string(Trimmed(clean));
 }
@@ -95,6 +96,14 @@ std::string DistinctName(const std::string& name,
     for (int number = 2; isTaken(distinct); ++number)
         distinct = name + " " + std::to_string(number);
     return distinct;
+}
+
+bool IsDistinctNameOf(std::string_view name, std::string_view wanted) {
+    if (!name.starts_with(wanted))
+        return false;
+    const std::string_view rest = name.substr(wanted.size());
+    return rest.empty() || (rest.size() > 1 && rest.front() == ' ' &&
+                            rest.find_first_not_of("0123456789", 1) == std::string_view::npos);
 }
 
 } // namespace KestrinMIDI

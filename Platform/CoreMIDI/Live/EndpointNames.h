@@ -7,7 +7,7 @@
 namespace KestrinMIDI {
 
 /// Valid UTF-8 for any bytes: a character that was cut off at the end is dropped, other ill-formed
-/// bytes become U+FFFD, control characters are dropped, and so are blanks at both ends.
+/// bytes become U+FFFD, control characters become blanks, and blanks at both ends are dropped.
 std::string CleanName(std::string_view bytes);
 
 /// The name that the jack itself has, or the empty text: what is left of the port's name behind the
@@ -24,5 +24,8 @@ std::string ProgramEndpointName(const std::string& clientName, const std::string
 /// The name itself, or with the first of " 2", " 3" … that makes it one nobody has.
 std::string DistinctName(const std::string& name,
                          const std::function<bool(const std::string&)>& isTaken);
+
+/// Whether `name` is what DistinctName may have made of `wanted`.
+bool IsDistinctNameOf(std::string_view name, std::string_view wanted);
 
 } // namespace KestrinMIDI

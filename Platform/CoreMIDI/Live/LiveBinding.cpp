@@ -4,6 +4,7 @@
 #include "Platform/CoreMIDI/Live/EndpointNames.h"
 
 #include <algorithm>
+#include <set>
 
 namespace KestrinMIDI {
 
@@ -154,8 +155,7 @@ StoredObject* LiveBinding::CreateDevice(const LiveDevice& live) {
     StoredObject* const device = Create(kMIDIObjectType_Device, nullptr, &live.record);
     if (!device)
         return nullptr;
-    const auto isTaken = [this](const std::string& name) { return IsDeviceNameTaken(name); };
-    SetText(*device, kMIDIPropertyName, DistinctName(live.record.name, isTaken));
+    SetText(*device, kMIDIPropertyName, DistinctDeviceName(live.record.name));
     SetText(*device, kMIDIPropertyManufacturer, live.record.manufacturer);
     SetText(*device, kMIDIPropertyModel, live.record.name);
     SetText(*device, kMIDIPropertyDriverOwner, live.driver);
@@ -179,6 +179,8 @@ void LiveBinding::Follow(StoredObject& object, const HardwareRecord& record) {
     const bool isDevice = IsDevice(object);
     FollowText(object, kMIDIPropertyManufacturer, last.manufacturer, record.manufacturer);
     FollowText(object, isDevice ? kMIDIPropertyModel : kMIDIPropertyName, last.name, record.name);
+    if (isDevice)
+        FollowName(object, last.name, record.name);
     fStatus = fEditor->SetHardware(object, record);
 }
 
@@ -191,6 +193,13 @@ void LiveBinding::FollowText(StoredObject& object, CFStringRef key, const std::s
         SetText(object, key, now);
 }
 
+void LiveBinding::FollowName(StoredObject& device, const std::string& last,
+                             const std::string& now) {
+    const PropertyValue* const name = device.Own(fEditor->Keys().NumberOf(kMIDIPropertyName));
+    if (last != now && name && IsDistinctNameOf(name->Bytes(), last))
+        SetText(device, kMIDIPropertyName, DistinctDeviceName(now));
+}
+
 void LiveBinding::SetText(StoredObject& object, CFStringRef key, const std::string& text) {
     if (text.empty() || !MayWrite())
         return;
@@ -198,17 +207,17 @@ void LiveBinding::SetText(StoredObject& object, CFStringRef key, const std::stri
         fEditor->SetProperty(object, fEditor->Keys().NumberOf(key), PropertyValue::OfString(text));
 }
 
-bool LiveBinding::IsDeviceNameTaken(const std::string& name) const {
+std::string LiveBinding::DistinctDeviceName(const std::string& name) const {
     const PropertyKey key = fEditor->Keys().NumberOf(kMIDIPropertyName);
-    const PropertyValue wanted = PropertyValue::OfString(name);
-    const auto bears = [&](const StoredObject* device) {
-        const PropertyValue* const own = device->Own(key);
-        return own && *own == wanted;
-    };
-    const ObjectStore::List& devices = fStore.Devices();
-    const ObjectStore::List& externals = fStore.ExternalDevices();
-    return std::any_of(devices.begin(), devices.end(), bears) ||
-           std::any_of(externals.begin(), externals.end(), bears);
+    std::set<std::string, std::less<>> taken;
+    for (const ObjectStore::List* const devices : {&fStore.Devices(), &fStore.ExternalDevices()}) {
+        for (const StoredObject* const device : *devices) {
+            if (const PropertyValue* const own = device->Own(key))
+                taken.emplace(own->Bytes());
+        }
+    }
+    return DistinctName(name,
+                        [&taken](const std::string& wanted) { return taken.contains(wanted); });
 }
 
 bool LiveBinding::MayWrite() {

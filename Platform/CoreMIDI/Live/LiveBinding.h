@@ -7,8 +7,8 @@ namespace KestrinMIDI {
 
 /// Finds the database's objects for what is plugged in now, and makes those that are missing.
 ///
-/// What a person renamed keeps that name; manufacturer, model and port names follow the unit only
-/// where they still are what the unit last said.
+/// What a person renamed keeps that name; manufacturer, model and the names of devices and ports
+/// follow the unit only where they still are what the unit last said.
 class LiveBinding {
 public:
     explicit LiveBinding(ObjectStore& store);
@@ -35,8 +35,10 @@ private:
     void Follow(StoredObject& object, const HardwareRecord& record);
     void FollowText(StoredObject& object, CFStringRef key, const std::string& last,
                     const std::string& now);
+    void FollowName(StoredObject& device, const std::string& last, const std::string& now);
     void SetText(StoredObject& object, CFStringRef key, const std::string& text);
-    bool IsDeviceNameTaken(const std::string& name) const;
+    /// The name itself, or one made from it that no device has.
+    std::string DistinctDeviceName(const std::string& name) const;
     /// Notes that something is to be written; whether that may be done now.
     bool MayWrite();
 

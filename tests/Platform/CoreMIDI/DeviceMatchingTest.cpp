@@ -21,7 +21,7 @@ Indices Matched(const std::vector<HardwareRecord>& known, const std::vector<Hard
     return indices;
 }
 
-TEST(DeviceMatching, KnowsAUnitThatIsNotLikeOthersAtAnyPlace) {
+TEST(DeviceMatching, KnowsAUnitOfItsOwnKindOrSerialAtAnyPlace) {
     EXPECT_EQ(Matched({Unit("SN001", "a"), Unit("SN002", "b")},
                       {Unit("SN002", "a"), Unit("SN001", "c"), Unit("SN003", "b")}),
               (Indices{1, 0, -1}));
@@ -31,18 +31,38 @@ TEST(DeviceMatching, KnowsAUnitThatIsNotLikeOthersAtAnyPlace) {
               (Indices{0, -1}));
 }
 
-TEST(DeviceMatching, KnowsUnitsThatAreAlikeByTheirPlaces) {
+TEST(DeviceMatching, KnowsEqualUnitsByTheirPlacesAndTheOneThatMoved) {
     for (const char* const serial : {"", "the same"}) {
         const std::vector<HardwareRecord> known = {Unit(serial, "a"), Unit(serial, "b")};
         EXPECT_EQ(Matched(known, {Unit(serial, "b"), Unit(serial, "a")}), (Indices{1, 0}));
+        EXPECT_EQ(Matched(known, {Unit(serial, "c"), Unit(serial, "a")}), (Indices{1, 0}));
         EXPECT_EQ(Matched(known, {Unit(serial, "b")}), Indices{1});
         // It may be either of them, or a third: nothing is guessed.
         EXPECT_EQ(Matched(known, {Unit(serial, "c")}), Indices{-1});
         EXPECT_EQ(Matched({known[0]}, {Unit(serial, "b"), Unit(serial, "a")}), (Indices{-1, 0}));
     }
-    // Programs may have ports of equal names.
-    EXPECT_EQ(Matched({Unit("", ""), Unit("", "")}, {Unit("", ""), Unit("", ""), Unit("", "")}),
-              (Indices{0, 1, -1}));
+    // Programs may have ports of equal names, or of none.
+    const HardwareRecord nameless{"program ", "", "", "", ""};
+    EXPECT_EQ(Matched({nameless, nameless}, {nameless, nameless, nameless}), (Indices{0, 1, -1}));
+}
+
+TEST(DeviceMatching, TellsProductsOfOneKindByTheirTexts) {
+    const auto unit = [](const char* place, const char* manufacturer, const char* name) {
+        return HardwareRecord{"usb 1d6b:0101", "", place, manufacturer, name};
+    };
+    const std::vector<HardwareRecord> two = {unit("a", "Maker", "One"), unit("b", "Maker", "Two")};
+    EXPECT_EQ(Matched(two, {unit("b", "Maker", "One"), unit("a", "Maker", "Two")}),
+              (Indices{0, 1}));
+    // New firmware: at its place, and elsewhere where no other is left.
+    EXPECT_EQ(Matched(two, {unit("b", "Maker", "Two v2")}), Indices{1});
+    EXPECT_EQ(Matched(two, {unit("a", "Maker", "One"), unit("c", "New Maker", "Two")}),
+              (Indices{0, 1}));
+    EXPECT_EQ(Matched(two, {unit("c", "Maker", "Two v2")}), Indices{-1});
+    // Strangers, the last beside an earlier unit of its maker's at one place.
+    EXPECT_EQ(Matched({two[0]}, {unit("a", "Other", "Else")}), Indices{-1});
+    EXPECT_EQ(Matched({unit("a", "", "One")}, {unit("b", "", "Else")}), Indices{-1});
+    EXPECT_EQ(Matched({unit("a", "Other", "Else"), two[0]}, {unit("a", "Maker", "Three")}),
+              Indices{1});
 }
 
 } // namespace

@@ -11,8 +11,8 @@ TEST(EndpointNames, AreCleanedToReadableUtf8) {
     EXPECT_EQ(CleanName("a\xc3\x9f\xc3\x9f\xc3"), "aßß"); // cut inside a character
     EXPECT_EQ(CleanName("\xe2\x80"), "");                 // nothing but the cut
     EXPECT_EQ(CleanName("a\xff!\xc3?"), "a\uFFFD!\uFFFD?");
-    EXPECT_EQ(CleanName("tab\there\x01\x7f\xc2\x85!"), "tabhere!");
-    EXPECT_EQ(CleanName(std::string_view("a\0b", 3)), "ab");
+    EXPECT_EQ(CleanName("\ttab\there\x01\x7f\xc2\x85!\n"), "tab here   !");
+    EXPECT_EQ(CleanName(std::string_view("a\0b", 3)), "a b");
 }
 
 TEST(EndpointNames, TellAJacksOwnNameFromTheKernelsText) {

@@ -136,6 +136,17 @@ TEST_F(LiveEndpointsTest, NamesFollowTheUnitUnlessAPersonChangedThem) {
     EXPECT_EQ(StringOf(device, kMIDIPropertyModel), updated.product);
 }
 
+TEST_F(LiveEndpointsTest, ADevicesOwnNameFollowsItsFirmware) {
+    UnitFacts one = kFourPorts;
+    UnitFacts two{.card = 1, .serial = "SN002"};
+    PlugIn(SequencerWith({one, two}));
+    ASSERT_EQ(DeviceNames(), (Names{"MCU Pro USB", "MCU Pro USB 2"}));
+    one.product = "MCU Pro USB v3.1";
+    two.product = "MCU Pro USB v3.1";
+    PlugIn(SequencerWith({one, two}));
+    EXPECT_EQ(DeviceNames(), (Names{"MCU Pro USB v3.1", "MCU Pro USB v3.1 2"}));
+}
+
 TEST_F(LiveEndpointsTest, OddUnitsAreNamedFromWhatIsWhole) {
     UnitFacts nameless{.card = 1, .serial = "2", .product = "", .manufacturer = ""};
     nameless.shortName = "USB Device 0xa73:0x06";
