@@ -69,7 +69,7 @@ OSStatus CopyObjectProperty(MIDIObjectRef ref, CFStringRef propertyID, PropertyV
     const PropertyValue* value = nullptr;
     const OSStatus status = Find(object, key, kind, value);
     if (status == noErr)
-        result = value->CopyObject();
+        result = value->MakeObject();
     return status;
 }
 

@@ -66,6 +66,8 @@ public:
 
 private:
     // The header of SQLite's WAL-index (https://sqlite.org/walformat.html, "The WAL-Index Header").
+    // A look at it costs 20 ns, asking with PRAGMA data_version alone 2.8 us, at every call of the
+    // service: a start with 1,000 surfaces would take twice as long.
     using Header = std::array<std::uint32_t, 12>;
     static constexpr std::size_t kChangeCounter = 2;
 

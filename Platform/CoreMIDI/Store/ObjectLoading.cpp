@@ -1,6 +1,5 @@
 #include "Platform/CoreMIDI/Store/ObjectLoading.h"
 
-#include <array>
 #include <string>
 #include <utility>
 
@@ -8,29 +7,10 @@ namespace KestrinMIDI {
 
 namespace {
 
-constexpr std::size_t kUsualProperties = 5;
-
-/// The same few texts stand on many objects (manufacturer, model, "Port 1"): they are kept once,
-/// for the sake of the processor's cache. Of texts that meet in one slot the later one is
-/// remembered.
-class TextPool {
-public:
-    PropertyValue Share(std::string_view text) {
-        PropertyValue& slot = fRecent[std::hash<std::string_view>()(text) % fRecent.size()];
-        if (slot.Type() != PropertyValue::Kind::String || slot.Bytes() != text)
-            slot = PropertyValue::OfString(text);
-        return slot;
-    }
-
-private:
-    std::array<PropertyValue, 256> fRecent;
-};
-
 /// Where the rows go.
 struct Target {
     KeyTable& keys;
     ObjectStore& store;
-    TextPool texts{};
     std::size_t lost = 0;
 };
 
@@ -71,7 +51,7 @@ bool TakeObject(const Statement& row, Target& target) {
     return target.store.Insert(std::move(object));
 }
 
-std::optional<PropertyValue> ValueOf(const Statement& row, int column, TextPool& texts) {
+std::optional<PropertyValue> ValueOf(const Statement& row, int column) {
     const int type = row.Type(column);
     if (type == SQLITE_INTEGER && Fits<SInt32>(row, column))
         return PropertyValue::OfInteger(static_cast<SInt32>(row.Integer(column)));
@@ -80,7 +60,7 @@ std::optional<PropertyValue> ValueOf(const Statement& row, int column, TextPool&
     const std::string_view bytes = row.Bytes(column);
     if (bytes.size() > kLongestValue)
         return std::nullopt;
-    return type == SQLITE_TEXT ? texts.Share(bytes) : PropertyValue::OfData(bytes);
+    return type == SQLITE_TEXT ? PropertyValue::OfString(bytes) : PropertyValue::OfData(bytes);
 }
 
 StoredObject* ObjectOf(const Statement& row, ObjectStore& store) {
@@ -92,12 +72,10 @@ bool TakeProperty(const Statement& row, Target& target) {
     StoredObject* const object = ObjectOf(row, target.store);
     if (!object || !IsShortText(row, 1) || object->properties.size() >= kMostProperties)
         return false;
-    std::optional<PropertyValue> value = ValueOf(row, 2, target.texts);
+    std::optional<PropertyValue> value = ValueOf(row, 2);
     const PropertyKey key = target.keys.NumberOf(row.Bytes(1));
     if (!value || key == KeyTable::kUniqueID || object->Own(key))
         return false;
-    if (object->properties.empty())
-        object->properties.reserve(kUsualProperties);
     object->properties.push_back({key, std::move(*value)});
     return true;
 }

@@ -10,42 +10,10 @@
 
 namespace KestrinMIDI {
 
-PropertyValue PropertyValue::OfInteger(SInt32 integer) {
-    PropertyValue value;
-    value.fInteger = integer;
-    return value;
-}
-
-PropertyValue PropertyValue::Of(Kind kind, std::string_view bytes) {
-    PropertyValue value;
-    value.fKind = kind;
-    value.fContent = std::make_shared<Content>(Content{std::string(bytes), {}});
-    return value;
-}
-
-PropertyValue PropertyValue::OfString(std::string_view utf8) {
-    return Of(Kind::String, utf8);
-}
-
-PropertyValue PropertyValue::OfData(std::string_view bytes) {
-    return Of(Kind::Data, bytes);
-}
-
-std::string_view PropertyValue::Bytes() const {
-    return fContent ? std::string_view(fContent->bytes) : std::string_view();
-}
-
-CFTypeRef PropertyValue::CopyObject() const {
-    CFHolder<CFTypeRef>& object = fContent->object;
-    if (!object)
-        object = CFHolder<CFTypeRef>(fKind == Kind::String
-                                         ? static_cast<CFTypeRef>(MakeString(fContent->bytes))
-                                         : static_cast<CFTypeRef>(MakeData(fContent->bytes)));
-    return CFRetain(object.Get());
-}
-
-bool PropertyValue::operator==(const PropertyValue& other) const {
-    return fKind == other.fKind && fInteger == other.fInteger && Bytes() == other.Bytes();
+CFTypeRef PropertyValue::MakeObject() const {
+    if (fKind == Kind::String)
+        return MakeString(fBytes);
+    return MakeData(fBytes);
 }
 
 const PropertyValue* StoredObject::Own(PropertyKey key) const {
@@ -116,19 +84,17 @@ PropertyKey KeyTable::NumberOf(std::string_view key) {
 }
 
 PropertyKey KeyTable::NumberOf(CFStringRef key) {
-    for (const auto& [recent, number] : fRecent) {
-        if (recent.Get() == key)
-            return number;
-    }
-    const PropertyKey number = NumberOf(Utf8Of(key));
-    if (fRecent.size() < kMostRecent)
-        fRecent.emplace_back(CFHolder<CFStringRef>::Sharing(key), number);
-    return number;
+    return NumberOf(Utf8Of(key));
+}
+
+StoredObject* ObjectStore::Find(MIDIObjectRef ref) const {
+    const auto found = fObjects.find(ref);
+    return found == fObjects.end() ? nullptr : found->second.get();
 }
 
 StoredObject* ObjectStore::FindByUniqueID(MIDIUniqueID uniqueID) const {
-    const auto key = static_cast<std::uint32_t>(uniqueID);
-    return key ? fByUniqueID.Find(key) : nullptr;
+    const auto found = fByUniqueID.find(uniqueID);
+    return found == fByUniqueID.end() ? nullptr : found->second;
 }
 
 bool ObjectStore::Insert(std::unique_ptr<StoredObject> object) {
@@ -136,10 +102,9 @@ bool ObjectStore::Insert(std::unique_ptr<StoredObject> object) {
                             (IsDevice(*object) || IsEntity(*object) || IsEndpoint(*object));
     if (!makesSense || Find(object->ref) || FindByUniqueID(object->uniqueID))
         return false;
-    fByRef.Insert(object->ref, object.get());
-    fByUniqueID.Insert(static_cast<std::uint32_t>(object->uniqueID), object.get());
-    object->slot = fObjects.size();
-    fObjects.push_back(std::move(object));
+    fByUniqueID.emplace(object->uniqueID, object.get());
+    const MIDIObjectRef ref = object->ref;
+    fObjects.emplace_hint(fObjects.end(), ref, std::move(object));
     return true;
 }
 
@@ -174,14 +139,14 @@ bool ObjectStore::LinkToOwner(StoredObject& object) {
 
 std::size_t ObjectStore::LinkAll() {
     std::vector<MIDIObjectRef> orphans;
-    for (const auto& object : fObjects) {
+    for (const auto& [ref, object] : fObjects) {
         if (!LinkToOwner(*object))
-            orphans.push_back(object->ref);
+            orphans.push_back(ref);
     }
     const std::size_t before = fObjects.size();
     for (const MIDIObjectRef ref : orphans)
         Remove(ref);
-    for (const auto& object : fObjects)
+    for (const auto& [ref, object] : fObjects)
         std::sort(object->children.begin(), object->children.end(), ComesBefore);
     return before - fObjects.size();
 }
@@ -208,16 +173,8 @@ void ObjectStore::Remove(MIDIObjectRef ref) {
         child->owner = nullptr;
         Remove(child->ref);
     }
-    Forget(*object);
-}
-
-void ObjectStore::Forget(StoredObject& object) {
-    fByRef.Erase(object.ref);
-    fByUniqueID.Erase(static_cast<std::uint32_t>(object.uniqueID));
-    const std::size_t slot = object.slot;
-    fObjects.back()->slot = slot;
-    fObjects[slot].swap(fObjects.back());
-    fObjects.pop_back();
+    fByUniqueID.erase(object->uniqueID);
+    fObjects.erase(ref);
 }
 
 void ObjectStore::SetProperty(StoredObject& object, PropertyKey key, PropertyValue value) {
@@ -236,9 +193,9 @@ bool ObjectStore::RemoveProperty(StoredObject& object, PropertyKey key) {
 }
 
 void ObjectStore::SetUniqueID(StoredObject& object, MIDIUniqueID uniqueID) {
-    fByUniqueID.Erase(static_cast<std::uint32_t>(object.uniqueID));
+    fByUniqueID.erase(object.uniqueID);
     object.uniqueID = uniqueID;
-    fByUniqueID.Insert(static_cast<std::uint32_t>(uniqueID), &object);
+    fByUniqueID.emplace(uniqueID, &object);
 }
 
 void ObjectStore::SetPending(StoredObject& object, std::optional<std::int64_t> since) {
@@ -247,7 +204,7 @@ void ObjectStore::SetPending(StoredObject& object, std::optional<std::int64_t> s
 }
 
 void ObjectStore::SetPlugged(const std::vector<PluggedObject>& plugged) {
-    for (const auto& object : fObjects) {
+    for (const auto& [ref, object] : fObjects) {
         object->isPlugged = false;
         object->live.clear();
     }
@@ -284,7 +241,7 @@ const ObjectStore::AllLists& ObjectStore::Lists() const {
         return *fLists;
     auto lists = std::make_unique<AllLists>();
     List roots;
-    for (const auto& object : fObjects) {
+    for (const auto& [ref, object] : fObjects) {
         if (!object->owner)
             roots.push_back(object.get());
     }

@@ -1,48 +1,43 @@
 #pragma once
 
-#include "Platform/CoreMIDI/Store/ObjectIndex.h"
-
-#include <CoreFoundation/CFHolder.h>
 #include <CoreMIDI/CoreMIDI.h>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace KestrinMIDI {
 
-/// A property's value: an integer, a text or bytes. Copies share their text.
+/// A property's value: an integer, a text or bytes.
 class PropertyValue {
 public:
     enum class Kind : std::uint8_t { Integer, String, Data };
 
-    static PropertyValue OfInteger(SInt32 integer);
-    static PropertyValue OfString(std::string_view utf8);
-    static PropertyValue OfData(std::string_view bytes);
+    static PropertyValue OfInteger(SInt32 integer) { return {Kind::Integer, integer, {}}; }
+    static PropertyValue OfString(std::string_view utf8) { return {Kind::String, 0, utf8}; }
+    static PropertyValue OfData(std::string_view bytes) { return {Kind::Data, 0, bytes}; }
 
     Kind Type() const { return fKind; }
     SInt32 Integer() const { return fInteger; }
     /// UTF-8 of a string, the bytes of data.
-    std::string_view Bytes() const;
-    /// The string or data as an object that is made once; the caller owns a reference of its own.
-    CFTypeRef CopyObject() const;
-    bool operator==(const PropertyValue& other) const;
+    std::string_view Bytes() const { return fBytes; }
+    /// The string or data as an object that the caller owns.
+    CFTypeRef MakeObject() const;
+    bool operator==(const PropertyValue& other) const = default;
 
 private:
-    struct Content {
-        std::string bytes;
-        CFHolder<CFTypeRef> object; ///< made when it is first asked for
-    };
+    PropertyValue(Kind kind, SInt32 integer, std::string_view bytes)
+        : fKind(kind)
+        , fInteger(integer)
+        , fBytes(bytes) {}
 
-    static PropertyValue Of(Kind kind, std::string_view bytes);
-
-    Kind fKind = Kind::Integer;
-    SInt32 fInteger = 0;
-    std::shared_ptr<Content> fContent;
+    Kind fKind;
+    SInt32 fInteger;
+    std::string fBytes;
 };
 
 /// The number of a property key; KeyTable gives them out.
@@ -73,7 +68,6 @@ struct PluggedObject {
 
 /// One MIDI object as the database has it. Owner and children are not owned.
 struct StoredObject {
-    // What reading a property needs stands together.
     MIDIObjectRef ref = 0;
     MIDIObjectType type = kMIDIObjectType_Other;
     MIDIUniqueID uniqueID = kMIDIInvalidUniqueID;
@@ -87,7 +81,6 @@ struct StoredObject {
     std::int64_t position = 0;
     std::optional<std::int64_t> pendingSince; ///< set while a device is not added to the setup
     MIDIObjectRef ownerRef = 0;
-    std::size_t slot = 0; ///< where its store keeps it
 
     const PropertyValue* Own(PropertyKey key) const;
     /// Its own value, else its owner's.
@@ -128,20 +121,8 @@ public:
     const std::string& TextOf(PropertyKey key) const { return *fTexts[key]; }
 
 private:
-    static constexpr std::size_t kMostRecent = 32;
-
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>()(text);
-        }
-    };
-
-    std::unordered_map<std::string, PropertyKey, Hash, std::equal_to<>> fNumbers;
+    std::map<std::string, PropertyKey, std::less<>> fNumbers;
     std::vector<const std::string*> fTexts;
-    // Callers ask with the same few strings again and again. Each is held here, so that its address
-    // names it.
-    std::vector<std::pair<CFHolder<CFStringRef>, PropertyKey>> fRecent;
 };
 
 /// The database's objects in memory, as last read. It changes nothing in the file.
@@ -153,7 +134,7 @@ public:
 
     // Finding; null where there is none
 
-    StoredObject* Find(MIDIObjectRef ref) const { return ref ? fByRef.Find(ref) : nullptr; }
+    StoredObject* Find(MIDIObjectRef ref) const;
     StoredObject* FindByUniqueID(MIDIUniqueID uniqueID) const;
     std::size_t Count() const { return fObjects.size(); }
 
@@ -197,11 +178,9 @@ private:
     const AllLists& Lists() const;
     void ListObject(AllLists& lists, const StoredObject& object) const;
     bool LinkToOwner(StoredObject& object);
-    void Forget(StoredObject& object);
 
-    std::vector<std::unique_ptr<StoredObject>> fObjects; ///< in no order
-    ObjectIndex<StoredObject> fByRef;
-    ObjectIndex<StoredObject> fByUniqueID;
+    std::map<MIDIObjectRef, std::unique_ptr<StoredObject>> fObjects;
+    std::map<MIDIUniqueID, StoredObject*> fByUniqueID;
     mutable std::unique_ptr<AllLists> fLists;
 };
 

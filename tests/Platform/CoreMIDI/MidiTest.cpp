@@ -3,6 +3,8 @@
 #include "Platform/CoreFoundation/Text.h"
 #include "Platform/CoreMIDI/Interface/Service.h"
 
+#include <CoreFoundation/CFHolder.h>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
