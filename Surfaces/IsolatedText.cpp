@@ -50,3 +50,12 @@ std::string Isolated(const std::string& utf8) {
                                                       static_cast<CFIndex>(isolated.size())))
             .Get());
 }
+
+std::string CutToBytes(std::string utf8, std::size_t most) {
+    if (utf8.size() <= most)
+        return utf8;
+    while (most > 0 && (static_cast<unsigned char>(utf8[most]) & 0xC0U) == 0x80U)
+        --most;
+    utf8.resize(most);
+    return utf8;
+}

@@ -67,11 +67,8 @@ Scan::Scan(std::vector<MidiDevice>& list)
 }
 
 void Scan::Consider(MIDIEndpointRef endpoint, bool isSource) {
-    MIDIUniqueID id = IsEndpointAVirtualMIDIPort(endpoint);
-    if (id == 0)
-        id = IsDeviceAttachedToEndpoint(endpoint);
-    if (id != 0)
-        Meet(ResolveToDevice(id), endpoint, isSource);
+    if (const MIDIUniqueID id = SurfaceBehind(endpoint); id != 0)
+        Meet(id, endpoint, isSource);
 }
 
 void Scan::Meet(MIDIUniqueID id, MIDIEndpointRef endpoint, bool isSource) {
@@ -88,15 +85,9 @@ bool IsIncomplete(const MidiDevice& record) {
     return record.surfaceType == 0 || record.destinationEndpoint == 0 || record.sourceEndpoint == 0;
 }
 
-// Cuts after the last whole character that leaves room for the final zero.
+/// What of a name leaves room for the final zero.
 std::string CutToFit(std::string name) {
-    std::size_t end = kMidiEndpointNameSize - 1;
-    if (name.size() <= end)
-        return name;
-    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U)
-        --end;
-    name.resize(end);
-    return name;
+    return CutToBytes(std::move(name), kMidiEndpointNameSize - 1);
 }
 
 } // namespace
@@ -125,6 +116,13 @@ MIDIUniqueID IsEndpointAVirtualMIDIPort(MIDIEndpointRef endpoint) {
         return 0;
     const auto name = MidiObject::String(found->reference, kMIDIPropertyName);
     return name && name->starts_with(kSurfacePort) ? *id : 0;
+}
+
+MIDIUniqueID SurfaceBehind(MIDIEndpointRef endpoint) {
+    MIDIUniqueID id = IsEndpointAVirtualMIDIPort(endpoint);
+    if (id == 0)
+        id = IsDeviceAttachedToEndpoint(endpoint);
+    return id == 0 ? 0 : ResolveToDevice(id);
 }
 
 void MaybeAddEndPointToDeviceList(std::vector<MidiDevice>& list, MIDIEndpointRef endpoint,

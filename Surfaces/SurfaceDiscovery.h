@@ -30,6 +30,10 @@ MIDIUniqueID IsEndpointAVirtualMIDIPort(MIDIEndpointRef endpoint);
 /// The unique ID of the first compatible surface that the endpoint is connected to, 0 for none.
 MIDIUniqueID IsDeviceAttachedToEndpoint(MIDIEndpointRef endpoint);
 
+/// The unique ID of the object that carries the settings of the surface that the endpoint leads to;
+/// 0 where it leads to none.
+MIDIUniqueID SurfaceBehind(MIDIEndpointRef endpoint);
+
 /// Whether the MIDI object with this unique ID is a compatible surface.
 bool IsUniqueIDOurDevice(MIDIUniqueID id);
 
