@@ -3,7 +3,6 @@
 #include "UI/DrawingContext.h"
 #include "UI/KeyCodes.h"
 
-#include "app/HitTest.h"
 #include "app/Look.h"
 
 #include <numbers>
@@ -34,63 +33,35 @@ void AddPill(Path& path, float width, float inset) {
 } // namespace
 
 BtnUI::BtnUI(const UString& caption, Handler* handler, unsigned int command, float width)
-    : fHandler(handler)
+    : Control(AccessibleRole::kButton, caption)
+    , fHandler(handler)
     , fCommand(command)
     , fCaption(caption) {
     SetDimensions(width, kHeight);
     AddPill(fOutline, width, 0);
-    SetTabStop(true);
-    SetAccessibility(AccessibleRole::kButton, caption);
 }
 
-void BtnUI::DoDraw(DrawingContext& context) {
-    const bool down = fPressed && fInside;
-    context.StrokePath(fOutline, kOutlineWidth, down ? kCtrlBlue : kWhite,
+void BtnUI::DrawControl(DrawingContext& context) {
+    context.StrokePath(fOutline, kOutlineWidth, IsDown() ? kCtrlBlue : kWhite,
                        DrawingContext::kAntiAliasDefault);
-    if (HasKeyFocus()) {
-        Path ring;
-        AddPill(ring, GetDimensions().width, kFocusInset);
-        context.StrokePath(ring, kFocusRingWidth, kButtonLabel, DrawingContext::kAntiAliasDefault);
-    }
     context.SetupFont(kControlFont, kFontSize, kWhite);
     context.DrawString(fCaption, fOutline.GetBounds(), kTextAlignCenter);
 }
 
-void BtnUI::DoClick(const Point&, unsigned int, bool) {
-    fPressed = true;
-    fInside = true;
-    Inval();
+void BtnUI::DrawFocusRing(DrawingContext& context) {
+    Path ring;
+    AddPill(ring, GetDimensions().width, kFocusInset);
+    context.StrokePath(ring, kFocusRingWidth, kButtonLabel, DrawingContext::kAntiAliasDefault);
 }
 
-void BtnUI::DoTrack(const Point& where, unsigned int) {
-    if (!fPressed)
-        return;
-    fInside = Contains(GetLocalRect(), where);
-    Inval();
+bool BtnUI::DoTextInput(const UString& text, unsigned int modifiers, unsigned char key) {
+    if (key != kKeyReturn && key != kKeyEnter)
+        return Control::DoTextInput(text, modifiers, key);
+    Act();
+    return true;
 }
 
-void BtnUI::DoMouseUp(unsigned int) {
-    if (fInside) {
-        SendCommand();
-        Inval();
-    }
-    fPressed = false;
-    fInside = false;
-}
-
-bool BtnUI::DoTextInput(const UString& text, unsigned int, unsigned char key) {
-    const bool press =
-        key == kKeyReturn || key == kKeyEnter || text == UString(static_cast<unsigned short>(' '));
-    if (press)
-        SendCommand();
-    return press;
-}
-
-void BtnUI::DoKeyFocusStateChanged(bool) {
-    Inval();
-}
-
-void BtnUI::SendCommand() {
+void BtnUI::Act() {
     if (fHandler != nullptr)
         fHandler->Handle(fCommand);
 }

@@ -55,6 +55,9 @@ CnslView::~CnslView() = default;
 
 void CnslView::BuildControls() {
     fMenu = std::make_unique<MenuUI>(this, LookupString("Edit settings for"));
+    fMenu->SetToolTip(LookupString(
+        "Choosing another surface keeps the two numbers of this one the other way round:\n"
+        "the group as its position and the position as its group."));
     fMenu->PlaceInView(this, kMenuOrigin);
     fMenu->ShowHide(true);
 

@@ -19,6 +19,7 @@ constexpr float kHeight = 25;
 constexpr Point kFieldOrigin{4, 2};
 constexpr float kFieldHeight = 22;
 constexpr float kFocusRingWidth = 2;
+constexpr RGBAColor kClear{1, 1, 1, 0};
 
 } // namespace
 
@@ -103,6 +104,8 @@ void NumericEditBox::Step(int difference) {
 
 void NumericEditBox::ActiveStateChanged(OSTextEdit*, bool active) {
     fEditing = active;
+    // The field is over the lower edge of the ring, which shows through it.
+    fField->SetBackgroundColor(active ? kClear : kWhite);
     Inval();
     if (!active)
         Judge();

@@ -25,7 +25,7 @@ public:
     void Show(int value);
 
     // What happens to it
-    bool SupportsFeature(Kestrin::ViewFeature feature) override;
+    bool SupportsFeature(ViewFeature feature) override;
     void DoDraw(Kestrin::DrawingContext& context) override;
     bool FilterTextEditDoTextInput(Kestrin::OSTextEdit* edit, const UString& text,
                                    unsigned int modifiers, unsigned char key) override;

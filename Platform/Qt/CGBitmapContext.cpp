@@ -1,7 +1,6 @@
 #include "Platform/UI/CGBitmapContext.h"
 
 #include "Platform/Qt/QtGraphics.h"
-#include "Platform/Qt/QtText.h"
 
 #include <QImage>
 #include <cmath>
@@ -55,10 +54,6 @@ CGBitmapContext::Pixel CGBitmapContext::PixelAt(int x, int y) const {
     const auto component = [](int value) { return static_cast<std::uint8_t>(value); };
     return {component(color.red()), component(color.green()), component(color.blue()),
             component(color.alpha())};
-}
-
-bool CGBitmapContext::WritePNG(const std::string& path) const {
-    return fData->image.save(ToQString(path), "PNG");
 }
 
 } // namespace Kestrin

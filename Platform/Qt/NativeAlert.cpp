@@ -64,7 +64,7 @@ public:
                 MakeReadable(*label);
         if (auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
             MakeBold(*label);
-        setWindowTitle(ToQString(NativeApplication::Shared().Name()));
+        setWindowTitle(AsTitle(ToQString(NativeApplication::Shared().Name())));
     }
 
     /// Buttons of this role stand in the order in which they are added, on every desktop.
@@ -115,7 +115,8 @@ void NativeAlert::SetCritical() {
 
 int NativeAlert::RunModal() {
     const int cancelIndex = fData->CancelIndex();
-    if (NativeApplication::Shared().IsTerminating())
+    const NativeApplication& application = NativeApplication::Shared();
+    if (application.IsTerminating() && !application.HasEnded())
         return cancelIndex;
     const QPointer<AlertBox> box =
         new AlertBox(fData->isCritical ? QMessageBox::Critical : QMessageBox::Information,

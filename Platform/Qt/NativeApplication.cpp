@@ -114,6 +114,7 @@ struct NativeApplication::Data {
     std::unique_ptr<QuitSignals> quitSignals;
     std::string name;
     bool terminating = false;
+    bool ended = false;
 };
 
 NativeApplication::NativeApplication()
@@ -152,15 +153,19 @@ void NativeApplication::SetDelegate(NativeApplicationDelegate* delegate) {
     if (delegate == nullptr)
         return;
     fData->quitSignals = std::make_unique<QuitSignals>([this] { fData->events.AskToQuit(); });
+    fData->ended = false;
     if (std::exchange(fData->terminating, false))
         ForgetExit();
 }
 
 void NativeApplication::Run() {
-    if (fData->terminating)
-        return;
-    QTimer::singleShot(0, &fData->events, [this] { fData->events.Launch(); });
-    QApplication::exec();
+    if (fData->terminating) {
+        ForgetExit();
+    } else {
+        QTimer::singleShot(0, &fData->events, [this] { fData->events.Launch(); });
+        QApplication::exec();
+    }
+    fData->ended = fData->terminating;
     RethrowEventFailure();
 }
 
@@ -181,11 +186,16 @@ void NativeApplication::RunForTime(double seconds) {
 
 void NativeApplication::Terminate() {
     fData->terminating = true;
+    fData->ended = false;
     QCoreApplication::exit();
 }
 
 bool NativeApplication::IsTerminating() const {
     return fData->terminating;
+}
+
+bool NativeApplication::HasEnded() const {
+    return fData->ended;
 }
 
 NativeMenu& NativeApplication::MainMenu() {

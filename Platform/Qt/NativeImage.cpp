@@ -21,8 +21,4 @@ NativeImage::NativeImage(std::unique_ptr<Data> data)
 
 NativeImage::~NativeImage() = default;
 
-CGSize NativeImage::Size() const {
-    return {static_cast<double>(fData->image.width()), static_cast<double>(fData->image.height())};
-}
-
 } // namespace Kestrin

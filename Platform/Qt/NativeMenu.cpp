@@ -10,10 +10,6 @@ namespace Kestrin {
 NativeMenuItem::NativeMenuItem(std::u16string title)
     : fTitle(std::move(title)) {}
 
-std::shared_ptr<NativeMenuItem> NativeMenuItem::Copy() const {
-    return std::shared_ptr<NativeMenuItem>(new NativeMenuItem(*this));
-}
-
 void NativeMenuItem::SetRepresentedObject(std::shared_ptr<NativeObject> object) {
     fRepresentedObject = std::move(object);
 }
@@ -35,14 +31,10 @@ NativeMenu::NativeMenu(const NativeMenu& other)
     : NativeMenu() {
     fData->autoenablesItems = other.fData->autoenablesItems;
     for (const auto& item : other.fData->items)
-        fData->items.push_back(item->Copy());
+        fData->items.push_back(std::make_shared<NativeMenuItem>(*item));
 }
 
 NativeMenu::~NativeMenu() = default;
-
-std::shared_ptr<NativeMenu> NativeMenu::Copy() const {
-    return std::shared_ptr<NativeMenu>(new NativeMenu(*this));
-}
 
 int NativeMenu::NumberOfItems() const {
     return static_cast<int>(fData->items.size());

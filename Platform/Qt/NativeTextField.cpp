@@ -57,7 +57,7 @@ NativeTextField::~NativeTextField() = default;
 void NativeTextField::SetText(const std::string& text) {
     fData->widget->setText(ToQString(text));
     // Of a text that is too long for the field, its beginning is seen when nobody edits it.
-    if (!IsEditing())
+    if (!fData->widget->IsEditing())
         fData->widget->setCursorPosition(0);
 }
 
@@ -67,14 +67,6 @@ std::string NativeTextField::GetText() const {
 
 void NativeTextField::EndEditing() {
     fData->widget->clearFocus();
-}
-
-bool NativeTextField::IsEditing() const {
-    return fData->widget->IsEditing();
-}
-
-void NativeTextField::SetEditable(bool editable) {
-    fData->widget->setEnabled(editable);
 }
 
 void NativeTextField::SetFrame(CGRect frame) {

@@ -100,12 +100,12 @@ void NativeView::Display() {
 
 // Events and focus
 
-void NativeView::SetTracksMouse(bool tracks) {
-    fData->widget->SetTracksMouse(tracks);
+void NativeView::SetEnabled(bool enabled) {
+    fData->widget->SetEnabled(enabled);
 }
 
 void NativeView::SetTabStop(bool stop) {
-    fData->widget->setFocusPolicy(stop ? Qt::TabFocus : Qt::NoFocus);
+    fData->widget->SetTabStop(stop);
 }
 
 void NativeView::MakeFirstResponder() {

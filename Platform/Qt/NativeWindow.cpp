@@ -51,7 +51,7 @@ NativeWindow::~NativeWindow() {
 }
 
 void NativeWindow::SetTitle(const std::string& title) {
-    fData->widget->setWindowTitle(ToQString(title));
+    fData->widget->setWindowTitle(AsTitle(ToQString(title)));
 }
 
 void NativeWindow::SetContentView(NativeView& view) {
@@ -82,10 +82,6 @@ void NativeWindow::OrderOut() {
 
 bool NativeWindow::IsKey() const {
     return fData->widget->isActiveWindow();
-}
-
-bool NativeWindow::IsVisible() const {
-    return fData->widget->isVisible();
 }
 
 CGRect NativeWindow::ContentFrame() const {

@@ -37,6 +37,12 @@ public:
 
     QAccessible::Role role() const override { return RoleOf(fView.GetAccessibleRole()); }
 
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.disabled = !fView.IsUsable();
+        return state;
+    }
+
     QString text(QAccessible::Text kind) const override {
         if (kind == QAccessible::Value)
             return fView.AccessibleValue();
@@ -48,7 +54,7 @@ public:
 
     QStringList actionNames() const override {
         QStringList names = QAccessibleWidget::actionNames();
-        if (CanBePressed(fView.GetAccessibleRole()) && fView.isEnabled())
+        if (CanBePressed(fView.GetAccessibleRole()) && fView.IsUsable())
             names.prepend(pressAction());
         return names;
     }

@@ -63,10 +63,4 @@ void QtEventTarget::Rearrange() {
         sRetired.emplace_back(this);
 }
 
-void Retire(QWidget* widget) {
-    widget->hide();
-    widget->setParent(nullptr);
-    widget->deleteLater();
-}
-
 } // namespace Kestrin

@@ -112,7 +112,6 @@ NativeKeyEvent NativeKeyEventOf(const QKeyEvent& event) {
     key.charactersIgnoringModifiers = CharactersIgnoringModifiers(event);
     key.keyCode = KeyCodeOf(event);
     key.modifierFlags = NativeModifiersOf(event.modifiers());
-    key.isRepeat = event.isAutoRepeat();
     return key;
 }
 

@@ -21,12 +21,12 @@ namespace {
 
 using WeakItem = std::weak_ptr<const NativeMenuItem>;
 
-/// Control characters would break the line or begin a column of shortcuts.
+/// A list that shows longer texts would cover the screen: they are shortened, in the middle, since
+/// names often differ at their ends alone.
+constexpr int kWidestList = 640;
+
 QString OneLine(QString title) {
-    for (QChar& c : title)
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator)
-            c = QChar::Space;
+    std::replace_if(title.begin(), title.end(), BreaksLine, QChar(QChar::Space));
     return title;
 }
 
@@ -46,12 +46,14 @@ public:
 /// The widget of an open menu. It is made for one opening from what the menu holds then.
 class PopUpWidget : public QMenu {
 public:
-    PopUpWidget(const NativeMenu& menu, QWidget* parent)
+    /// It is at least `width` wide.
+    PopUpWidget(const NativeMenu& menu, QWidget* parent, int width)
         : QMenu(parent) {
         setStyle(&fStyle);
         for (int i = 0; i < menu.NumberOfItems(); ++i)
             Add(menu.ItemAt(i), menu.AutoenablesItems());
-        ElideLongTexts();
+        setMinimumWidth(std::max(0, width));
+        ElideLongTexts(std::max(width, kWidestList));
     }
 
     /// Shows it with the corner of the item at `index` (-1: its own) at `where` and waits; the
@@ -99,11 +101,12 @@ private:
                                ? item.Target()->ValidateMenuItem(item)
                                : item.IsEnabled());
         if (item.Submenu() != nullptr)
-            action->setMenu(new PopUpWidget(*item.Submenu(), this));
+            action->setMenu(new PopUpWidget(*item.Submenu(), this, 0));
     }
 
-    void ElideLongTexts() {
-        const int available = parentWidget()->screen()->availableGeometry().width();
+    void ElideLongTexts(int limit) {
+        const int available =
+            std::min(limit, parentWidget()->screen()->availableGeometry().width());
         const int widest = SetTexts(available);
         if (const int excess = sizeHint().width() - available; excess > 0)
             SetTexts(widest - excess);
@@ -114,7 +117,7 @@ private:
         int widest = 0;
         for (int i = 0; i < actions().size(); ++i) {
             const QString text =
-                fontMetrics().elidedText(OneLine(fTitles[i]), Qt::ElideRight, limit);
+                fontMetrics().elidedText(OneLine(fTitles[i]), Qt::ElideMiddle, limit);
             actions()[i]->setText(WithoutMnemonics(text));
             widest = std::max(widest, fontMetrics().horizontalAdvance(text));
         }
@@ -156,11 +159,11 @@ WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int
     if (NativeApplication::Shared().IsTerminating())
         return chosen;
     QWidget* parent = WidgetOf(view);
-    const QPointer<PopUpWidget> widget = new PopUpWidget(menu, parent);
+    // It covers the control that it opened over, to its right edge.
+    const QPointer<PopUpWidget> widget =
+        new PopUpWidget(menu, parent, parent->width() - static_cast<int>(where.x));
     parent->window()->installEventFilter(widget);
     shown.fWidget = widget;
-    // It covers the control that it opened over, to its right edge.
-    widget->setMinimumWidth(std::max(0, parent->width() - static_cast<int>(where.x)));
     const QAction* action =
         widget->Track(parent->mapToGlobal(QPointF(where.x, where.y)).toPoint(), item);
     // The chosen action is part of the widget, which goes with its parent.

@@ -23,6 +23,17 @@ inline QString WithoutMnemonics(QString caption) {
     return caption.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// For a window's title, in which "[*]" stands for a mark of the toolkit's unless it is doubled.
+inline QString AsTitle(QString text) {
+    return text.replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+}
+
+/// Whether a character would break a line or tear it apart: in one line it is shown as a blank.
+inline bool BreaksLine(QChar character) {
+    return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+           character == QChar::ParagraphSeparator;
+}
+
 /// To UTF-8.
 inline std::string ToUtf8(const QString& text) {
     return text.toStdString();

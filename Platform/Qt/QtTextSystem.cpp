@@ -17,7 +17,7 @@ bool IsLineEnd(QChar character) {
            character == QChar::ParagraphSeparator;
 }
 
-/// `text` with each line end as the toolkit's own, unit for unit.
+/// `text` with each line end as the toolkit's own and other controls as blanks, unit for unit.
 QString WithToolkitLineEnds(QString text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         const bool beforeLineFeed = text.at(i) == u'\r' && text.mid(i + 1, 1) == u"\n";
@@ -25,16 +25,18 @@ QString WithToolkitLineEnds(QString text) {
             text[i] = QChar(u'\u200B');
         else if (IsLineEnd(text.at(i)))
             text[i] = QChar::LineSeparator;
+        else if (BreaksLine(text.at(i)))
+            text[i] = QChar::Space;
     }
     return text;
 }
 
-/// The text of one line: line ends at its end go, others become blanks.
+/// The text of one line: line ends at its end go, others and controls become blanks.
 QString LineText(QString text) {
     while (!text.isEmpty() && IsLineEnd(text.back()))
         text.chop(1);
-    if (std::any_of(text.cbegin(), text.cend(), IsLineEnd))
-        std::replace_if(text.begin(), text.end(), IsLineEnd, QChar(u' '));
+    if (std::any_of(text.cbegin(), text.cend(), BreaksLine))
+        std::replace_if(text.begin(), text.end(), BreaksLine, QChar(u' '));
     return text;
 }
 

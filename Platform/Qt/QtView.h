@@ -14,8 +14,4 @@ QWidget* WidgetOf(const NativeView& view);
 /// The top-level widget of a native window, never null; the native window keeps it.
 QWidget* WidgetOf(const NativeWindow& window);
 
-/// Takes a widget out of sight and out of its parent now and deletes it at the next turn of the
-/// event loop, so that this is safe inside the widget's own events.
-void Retire(QWidget* widget);
-
 } // namespace Kestrin

@@ -54,10 +54,12 @@ void QtView::SetHidden(bool hidden) {
 
 void QtView::ArrangeNow() {
     const QPointer<QtWindow> window = WindowOf(*this);
-    if (fSuperview != parentWidget()) {
-        // Left to the toolkit, the focus would go on to the next control.
-        if (window && (window->focusWidget() == this || isAncestorOf(window->focusWidget())))
-            window->setFocus();
+    const bool moves = fSuperview != parentWidget();
+    // Left to the toolkit, the focus would go on to the next control or stay out of sight.
+    if (window && (moves || fHidden) &&
+        (window->focusWidget() == this || isAncestorOf(window->focusWidget())))
+        window->setFocus();
+    if (moves) {
         setParent(fSuperview);
         PlaceWidget();
     }
@@ -166,12 +168,12 @@ void QtView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void QtView::enterEvent(QEnterEvent* event) {
-    if (fTracksMouse && fClient)
+    if (fClient)
         fClient->HandleMouseEntered(MouseEventAt(event->position(), event->modifiers()));
 }
 
 void QtView::leaveEvent(QEvent*) {
-    if (fTracksMouse && fClient)
+    if (fClient)
         fClient->HandleMouseExited(MouseEventAt(mapFromGlobal(QPointF(QCursor::pos())),
                                                 QGuiApplication::keyboardModifiers()));
 }
@@ -215,6 +217,34 @@ void QtView::focusInEvent(QFocusEvent*) {
 
 void QtView::focusOutEvent(QFocusEvent* event) {
     focusInEvent(event);
+}
+
+void QtView::SetEnabled(bool enabled) {
+    const Running running;
+    fEnabled = enabled;
+    UpdateFocusPolicy();
+    const QPointer<QtWindow> window = WindowOf(*this);
+    const QWidget* const focus = window ? window->focusWidget() : nullptr;
+    if (!enabled && focus && (focus == this || focus == focusProxy()))
+        window->setFocus();
+    if (QWidget* const field = focusProxy())
+        field->setEnabled(enabled);
+    if (window)
+        window->NoteFirstResponder();
+}
+
+void QtView::SetTabStop(bool stop) {
+    fTabStop = stop;
+    UpdateFocusPolicy();
+}
+
+/// What a click means to the focus is the framework's decision, save for a field's own clicks.
+void QtView::UpdateFocusPolicy() {
+    const bool stops = fTabStop && fEnabled;
+    if (QWidget* const field = focusProxy())
+        field->setFocusPolicy(stops ? Qt::StrongFocus : Qt::ClickFocus);
+    else
+        setFocusPolicy(stops ? Qt::TabFocus : Qt::NoFocus);
 }
 
 void QtView::SetFirstResponder(bool first) {

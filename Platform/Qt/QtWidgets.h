@@ -73,7 +73,9 @@ public:
 
     // Events
 
-    void SetTracksMouse(bool tracks) { fTracksMouse = tracks; }
+    void SetEnabled(bool enabled);
+    bool IsUsable() const { return fEnabled; }
+    void SetTabStop(bool stop);
     void SetFirstResponder(bool first);
     /// Ends the press, whose release will not come.
     void LosePress();
@@ -106,6 +108,7 @@ private:
     void Press(const QMouseEvent& event, int clickCount);
     bool HandleKey(QKeyEvent& event);
     void PlaceWidget();
+    void UpdateFocusPolicy();
     NativeMouseEvent MouseEventAt(QPointF position, Qt::KeyboardModifiers modifiers) const;
 
     NativeViewClient* fClient;
@@ -115,7 +118,8 @@ private:
     AccessibleRole fRole = AccessibleRole::kNone;
     QString fValue;
     bool fHidden = false;
-    bool fTracksMouse = false;
+    bool fEnabled = true;
+    bool fTabStop = false;
     bool fPressed = false;
     bool fIsFirstResponder = false;
 };

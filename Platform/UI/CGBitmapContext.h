@@ -3,7 +3,6 @@
 #include "Platform/UI/CGContext.h"
 
 #include <cstdint>
-#include <string>
 
 namespace Kestrin {
 
@@ -28,9 +27,6 @@ public:
     int PixelHeight() const;
     /// The pixel in column `x` and row `y`; all zero outside the picture.
     Pixel PixelAt(int x, int y) const;
-
-    /// Writes the picture as PNG; answers whether that succeeded.
-    bool WritePNG(const std::string& path) const;
 
 private:
     struct Data;

@@ -27,8 +27,8 @@ public:
     void SetCritical();
 
     /// Shows the alert over the active window, if there is one, and waits for the answer: the index
-    /// of the pressed button, from 0. Escape, the close button and the end of the program answer
-    /// for the second button where there are two, else for the first.
+    /// of the pressed button, from 0. Escape, the close button and the end of the program's loop
+    /// answer for the second button where there are two, else for the first.
     int RunModal();
 
 private:

@@ -65,9 +65,12 @@ public:
     /// Runs the event loop for that time, or until Terminate; 0 handles what is due now.
     void RunForTime(double seconds);
 
-    /// Ends Run and every alert and pop-up that is open or is opened from now on.
+    /// Ends Run and every alert and pop-up that is open or is opened from now on, save for alerts
+    /// after Run has returned: they may be the program's only word on a failure.
     void Terminate();
     bool IsTerminating() const;
+    /// Whether Run has returned since Terminate.
+    bool HasEnded() const;
 
     /// The menus of the whole program. They need no connection.
     static NativeMenu& MainMenu();

@@ -60,7 +60,6 @@ struct NativeKeyEvent {
     /// kNativeEscapeKeyCode, kNativeBackspaceKeyCode, else the display server's own.
     unsigned keyCode = 0;
     unsigned modifierFlags = 0; ///< NativeModifier bits
-    bool isRepeat = false;
 };
 
 } // namespace Kestrin

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Platform/UI/CGGeometry.h"
-
 #include <memory>
 #include <span>
 
@@ -19,9 +17,6 @@ public:
     ~NativeImage();
     NativeImage(const NativeImage&) = delete;
     NativeImage& operator=(const NativeImage&) = delete;
-
-    /// In pixels.
-    CGSize Size() const;
 
 private:
     std::unique_ptr<Data> fData;

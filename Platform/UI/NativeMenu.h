@@ -35,11 +35,9 @@ public:
 class NativeMenuItem : public std::enable_shared_from_this<NativeMenuItem> {
 public:
     explicit NativeMenuItem(std::u16string title);
-    virtual ~NativeMenuItem() = default;
+    /// A copy shares the represented object and the submenu.
+    NativeMenuItem(const NativeMenuItem&) = default;
     NativeMenuItem& operator=(const NativeMenuItem&) = delete;
-
-    /// An item of the same kind; the represented object and the submenu are shared.
-    virtual std::shared_ptr<NativeMenuItem> Copy() const;
 
     const std::u16string& Title() const { return fTitle; }
 
@@ -65,9 +63,6 @@ public:
     const std::shared_ptr<NativeMenu>& Submenu() const { return fSubmenu; }
     void SetSubmenu(std::shared_ptr<NativeMenu> submenu);
 
-protected:
-    NativeMenuItem(const NativeMenuItem&) = default;
-
 private:
     std::u16string fTitle;
     std::uint32_t fTag = 0;
@@ -83,11 +78,10 @@ private:
 class NativeMenu {
 public:
     NativeMenu();
-    virtual ~NativeMenu();
+    /// A copy has copies of the items.
+    NativeMenu(const NativeMenu& other);
+    ~NativeMenu();
     NativeMenu& operator=(const NativeMenu&) = delete;
-
-    /// A menu of the same kind with copies of the items.
-    virtual std::shared_ptr<NativeMenu> Copy() const;
 
     // Items
 
@@ -110,9 +104,6 @@ public:
     /// The menu, the view and its window may all be destroyed while it is open: it then closes, and
     /// nothing is chosen.
     void PopUp(const NativeView& view, CGPoint where, int item);
-
-protected:
-    NativeMenu(const NativeMenu& other);
 
 private:
     struct Data;

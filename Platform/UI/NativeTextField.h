@@ -25,8 +25,8 @@ protected:
 
 /// The platform's single-line text field, without frame and background, inside a native view. An
 /// edit begins when the field gets the keyboard focus and ends when the focus moves inside the
-/// window; another window, an alert or a menu in front leaves it going. Focus and an accessible
-/// name given to the host go on to the field. Text is UTF-8.
+/// window; another window, an alert or a menu in front leaves it going. Focus, an accessible name
+/// and whether it is enabled or a Tab stop go on from the host to the field. Text is UTF-8.
 class NativeTextField {
 public:
     enum class Alignment { kLeft, kRight, kCenter };
@@ -44,9 +44,6 @@ public:
     std::string GetText() const;
     /// Takes the keyboard focus away from the field; no view has it then.
     void EndEditing();
-    bool IsEditing() const;
-    /// Whether the text can be edited and selected.
-    void SetEditable(bool editable);
 
     // Place and look.
 

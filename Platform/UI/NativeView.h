@@ -42,7 +42,7 @@ public:
     /// The pointer moved over the view with no button down.
     virtual void HandleMouseMoved(const NativeMouseEvent&) = 0;
 
-    /// The pointer came in or went out. Only where SetTracksMouse asked for it.
+    /// The pointer came in or went out, also by moving onto or off a view above.
     virtual void HandleMouseEntered(const NativeMouseEvent&) = 0;
     virtual void HandleMouseExited(const NativeMouseEvent&) = 0;
 
@@ -93,6 +93,7 @@ public:
 
     /// In the superview's coordinates, points. A negative extent shows nothing.
     void SetFrame(const CGRect& frame);
+    /// The focus does not stay in what is hidden, nor go on to another view.
     void SetHidden(bool hidden);
 
     /// True promises that HandleDraw paints every pixel, so that nothing beneath needs drawing.
@@ -109,8 +110,9 @@ public:
 
     // Events and focus
 
-    /// Asks for HandleMouseEntered and HandleMouseExited.
-    void SetTracksMouse(bool tracks);
+    /// A disabled view gives up the focus and is no Tab stop; assistive technologies are told.
+    /// Which events reach it is the client's business. A text field inside goes by its host.
+    void SetEnabled(bool enabled);
 
     /// Whether the Tab key stops here. The order is that of being added.
     void SetTabStop(bool stop);

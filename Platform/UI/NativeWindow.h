@@ -68,7 +68,6 @@ public:
     void MakeKeyAndOrderFront();
     void OrderOut();
     bool IsKey() const;
-    bool IsVisible() const;
 
     // Frames in screen coordinates, y down from the top of the window's screen, without and with
     // the title bar. Where the display server tells no positions, the origin is (0, 0).

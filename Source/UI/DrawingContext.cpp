@@ -87,6 +87,10 @@ void DrawingContext::SetupFont(FontID family, unsigned int size, const RGBAColor
     fData->layout->SetFont(family, size);
 }
 
+void DrawingContext::SetTruncate(TextTruncate truncate) {
+    fData->layout->SetTruncate(truncate);
+}
+
 float DrawingContext::StringWidth(const UString& text) {
     TextLayout& layout = *fData->layout;
     layout.SetAlignment(kTextAlignLeft);

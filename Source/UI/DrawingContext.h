@@ -20,7 +20,7 @@ class TextLayout;
 class DrawingContext {
 public:
     /// Asked for when a path is stroked, and without effect: paths are always smooth.
-    enum AntiAliasMode { kAntiAliasDefault = 0, kAntiAliasOff = 1, kAntiAliasOn = 2 };
+    enum AntiAliasMode : int { kAntiAliasDefault = 0, kAntiAliasOff = 1, kAntiAliasOn = 2 };
 
     DrawingContext();
     ~DrawingContext();
@@ -38,6 +38,8 @@ public:
 
     void SetupFont(FontID family, unsigned int size, const RGBAColor& color);
     float StringWidth(const UString& text);
+    /// How DrawString shortens a text that is too long; not at all at first.
+    void SetTruncate(TextTruncate truncate);
     /// Draws one line, vertically centred within the rectangle; nothing for an empty text or
     /// rectangle.
     void DrawString(const UString& text, Rect rect, TextAlignment alignment);

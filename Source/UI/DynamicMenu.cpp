@@ -22,7 +22,12 @@ void Remove(std::vector<Element*>& elements, const Element* element) {
 
 CommandIDPool DynamicMenu::sCmdIDPool(kFirstCommand, kCommandCount);
 unsigned int DynamicMenu::sLiveMenus = 0;
-std::vector<DynamicMenu*> DynamicMenu::sMenuList;
+std::vector<DynamicMenu*>& DynamicMenu::sMenuList = *new std::vector<DynamicMenu*>;
+
+MenuItemSelectedListener::~MenuItemSelectedListener() {
+    for (DynamicMenu* menu : DynamicMenu::sMenuList)
+        menu->RemoveListener(this);
+}
 
 /// Makes a menu the gopher, alone, and gives the chain back at the end of its life. The menu and
 /// whoever had the chain may go meanwhile.
@@ -79,6 +84,8 @@ DynamicMenu::~DynamicMenu() {
     }
     fSubMenus.clear();
     Remove(sMenuList, this);
+    for (DynamicMenu* menu : sMenuList)
+        Remove(menu->fSubMenus, this);
     fMenu.RemoveFromMenuList();
 }
 
@@ -151,8 +158,7 @@ void DynamicMenu::RemoveListener(MenuItemSelectedListener* listener) {
 bool DynamicMenu::CanHandle(const CommandSpecifier& command) {
     if (const unsigned short item = FindItemByCommand(command); item != 0)
         return fMenu.IsItemEnabled(static_cast<short>(item));
-    return std::any_of(fSubMenus.begin(), fSubMenus.end(),
-                       [&](DynamicMenu* menu) { return menu->CanHandle(command); });
+    return AnyOf(fSubMenus, [&](DynamicMenu* menu) { return menu->CanHandle(command); });
 }
 
 bool DynamicMenu::HandleCommand(const CommandSpecifier& command) {
@@ -165,24 +171,30 @@ bool DynamicMenu::HandleCommand(const CommandSpecifier& command) {
     return true;
 }
 
-/// By copies: what handles the command may delete this menu or change its sub-menus.
-bool DynamicMenu::OfferToSubMenus(const CommandSpecifier& command) {
-    const std::vector<DynamicMenu*> subMenus = fSubMenus;
-    return std::any_of(subMenus.begin(), subMenus.end(),
-                       [&](DynamicMenu* menu) { return menu->HandleCommand(command); });
+/// Calls `call` with those of `elements` that were there at first and still are, until it answers
+/// true. Whatever it calls may delete this menu and may add and remove elements.
+template <typename Element, typename Call>
+bool DynamicMenu::AnyOf(const std::vector<Element*>& elements, Call call) {
+    const std::weak_ptr<const bool> alive = fAlive;
+    for (Element* element : std::vector(elements)) {
+        if (alive.expired())
+            return false;
+        if (std::find(elements.begin(), elements.end(), element) != elements.end() && call(element))
+            return true;
+    }
+    return false;
 }
 
-/// A listener may delete this menu, and may add and remove listeners; those that were there and
-/// still are get told.
+bool DynamicMenu::OfferToSubMenus(const CommandSpecifier& command) {
+    return AnyOf(fSubMenus, [&](DynamicMenu* menu) { return menu->HandleCommand(command); });
+}
+
 void DynamicMenu::TellListeners(unsigned short item) {
-    const std::weak_ptr<const bool> alive = fAlive;
     const unsigned int value = GetItemValue(item);
-    for (MenuItemSelectedListener* listener : std::vector(fListeners)) {
-        if (alive.expired())
-            return;
-        if (std::find(fListeners.begin(), fListeners.end(), listener) != fListeners.end())
-            listener->ItemSelected(this, item, value);
-    }
+    AnyOf(fListeners, [&](MenuItemSelectedListener* listener) {
+        listener->ItemSelected(this, item, value);
+        return false;
+    });
 }
 
 void DynamicMenu::PopupSelect(int x, int y) {

@@ -11,10 +11,13 @@ namespace Kestrin {
 
 class DynamicMenu;
 
-/// Hears which item of a dynamic menu was chosen.
+/// Hears which item of a dynamic menu was chosen. Its menus forget a listener that goes.
 class MenuItemSelectedListener {
 public:
-    virtual ~MenuItemSelectedListener() = default;
+    MenuItemSelectedListener() = default;
+    virtual ~MenuItemSelectedListener();
+    MenuItemSelectedListener(const MenuItemSelectedListener&) = delete;
+    MenuItemSelectedListener& operator=(const MenuItemSelectedListener&) = delete;
 
     /// `item` counts from 1, `value` is the item's own. The listener may delete the menu.
     virtual void ItemSelected(DynamicMenu* menu, unsigned short item, unsigned int value) = 0;
@@ -26,8 +29,6 @@ class DynamicMenu : public RequestHandler, public MenuItemSelectedListener {
 public:
     DynamicMenu();
     ~DynamicMenu() override;
-    DynamicMenu(const DynamicMenu&) = delete;
-    DynamicMenu& operator=(const DynamicMenu&) = delete;
 
     // Items
 
@@ -40,7 +41,8 @@ public:
     /// The platform menu beneath.
     OSMenuHandle& GetMenu() { return fMenu; }
 
-    /// Commands that are none of this menu's items are offered to `menu`, which is not owned.
+    /// Commands that are none of this menu's items are offered to `menu`, which is not owned; one
+    /// that goes is forgotten.
     void AddSubMenu(DynamicMenu* menu) { fSubMenus.push_back(menu); }
 
     // The current item
@@ -81,6 +83,7 @@ public:
     void ItemSelected(DynamicMenu* menu, unsigned short item, unsigned int value) override;
 
 private:
+    friend MenuItemSelectedListener;
     class BorrowedChain;
 
     bool IsItem(unsigned short item) const;
@@ -88,6 +91,8 @@ private:
     unsigned short FindItemByValue(unsigned int value) const;
     void CheckItem(unsigned short item);
     void MakeCurrent(unsigned short item);
+    template <typename Element, typename Call>
+    bool AnyOf(const std::vector<Element*>& elements, Call call);
     bool OfferToSubMenus(const CommandSpecifier& command);
     void TellListeners(unsigned short item);
 
@@ -102,7 +107,8 @@ private:
 
     static CommandIDPool sCmdIDPool;
     static unsigned int sLiveMenus;
-    static std::vector<DynamicMenu*> sMenuList;
+    /// Never destroyed: listeners may go at the very end of the process.
+    static std::vector<DynamicMenu*>& sMenuList;
 };
 
 } // namespace Kestrin

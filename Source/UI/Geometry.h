@@ -29,4 +29,16 @@ struct Rect {
     friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+/// Whether the point lies in a rectangle of positive extent, edges included.
+constexpr bool Contains(const Rect& rect, const Point& point) {
+    return rect.width > 0 && rect.height > 0 && point.x >= rect.x &&
+           point.x <= rect.x + rect.width && point.y >= rect.y && point.y <= rect.y + rect.height;
+}
+
+/// `rect` with each edge moved inward by `distance`.
+constexpr Rect Inset(const Rect& rect, float distance) {
+    return {rect.x + distance, rect.y + distance, rect.width - 2 * distance,
+            rect.height - 2 * distance};
+}
+
 } // namespace Kestrin

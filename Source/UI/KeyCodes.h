@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Platform/UI/NativeEvents.h"
-
 namespace Kestrin {
 
 /// Modifier bits that every input hook is given; no other bits are ever set.
@@ -27,12 +25,6 @@ enum KeyCode : unsigned char {
     kKeyDown = 31,
     kKeyForwardDelete = 127,
 };
-
-/// Modifiers bits of NativeModifier bits.
-unsigned int ModifiersOf(unsigned nativeFlags);
-
-/// The KeyCode of a key. Only a key that stands for exactly one character has one.
-unsigned char KeyCodeOf(const NativeKeyEvent& event);
 
 /// The display server's code of the last key that went down, 0 before the first.
 extern unsigned gLastNativeKeyCode;

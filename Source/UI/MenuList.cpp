@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 
 namespace Kestrin {
 
@@ -35,7 +36,7 @@ int MenuBarIndexBefore(Place place, Place end) {
 }
 
 void InsertIntoMenuBar(const std::shared_ptr<KestrinMenu>& menu, int index) {
-    auto item = std::make_unique<KestrinMenuItem>(UString());
+    auto item = std::make_unique<NativeMenuItem>(std::u16string());
     item->SetTag(static_cast<std::uint16_t>(menu->GetID()));
     item->SetSubmenu(menu);
     NativeApplication::MainMenu().InsertItem(std::move(item), index);

@@ -4,6 +4,8 @@
 #include "Strings/SortedVectorMap.h"
 #include "UI/Internal/CurrentEvent.h"
 #include "UI/Internal/KestrinMenu.h"
+#include "UI/Internal/NativeGeometry.h"
+#include "UI/Internal/TextHandOver.h"
 
 #include "Platform/UI/NativeView.h"
 
@@ -44,11 +46,9 @@ NativeMenuItem& ItemOf(KestrinMenu& menu, short i) {
     return menu.ItemAt(i - 1);
 }
 
-/// The item's data object, made and attached if it has none.
-KestrinMenuItemData& DataOf(NativeMenuItem& item) {
-    if (item.RepresentedObject() == nullptr)
-        item.SetRepresentedObject(std::make_shared<KestrinMenuItemData>());
-    return static_cast<KestrinMenuItemData&>(*item.RepresentedObject());
+/// The data object that each item is appended with.
+KestrinMenuItemData& DataOf(KestrinMenu& menu, short i) {
+    return static_cast<KestrinMenuItemData&>(*ItemOf(menu, i).RepresentedObject());
 }
 
 } // namespace
@@ -109,7 +109,8 @@ short OSMenuHandle::NumMenuItems() const {
 }
 
 short OSMenuHandle::AppendItem(const UString& text) {
-    auto item = std::make_unique<KestrinMenuItem>(text);
+    auto item = std::make_unique<NativeMenuItem>(StandardText(text));
+    item->SetRepresentedObject(std::make_shared<KestrinMenuItemData>(text));
     item->SetTarget(&MenuTargetSingleton::Instance());
     (*fMenu)->AddItem(std::move(item));
     return NumMenuItems();
@@ -120,7 +121,7 @@ void OSMenuHandle::DeleteItem(short i) {
 }
 
 UString OSMenuHandle::GetMenuItemText(short i) const {
-    return static_cast<const KestrinMenuItem&>(ItemOf(**fMenu, i)).GetText();
+    return DataOf(**fMenu, i).GetText();
 }
 
 unsigned int OSMenuHandle::GetMenuItemCommandID(short i) const {
@@ -132,11 +133,11 @@ void OSMenuHandle::SetMenuItemCommandID(short i, unsigned int code) {
 }
 
 unsigned int OSMenuHandle::GetMenuItemRefCon(short i) const {
-    return DataOf(ItemOf(**fMenu, i)).GetRefCon();
+    return DataOf(**fMenu, i).GetRefCon();
 }
 
 void OSMenuHandle::SetMenuItemRefCon(short i, unsigned int value) {
-    DataOf(ItemOf(**fMenu, i)).SetRefCon(value);
+    DataOf(**fMenu, i).SetRefCon(value);
 }
 
 void OSMenuHandle::SetMenuItemCheck(short i, bool on) {
@@ -160,7 +161,7 @@ int OSMenuHandle::PopUpMenuSelect(const Point& where, short item) {
     if (view == nullptr)
         return 0;
     const NativeView& nativeView = NativeViewOf(*view);
-    (*fMenu)->PopUp(nativeView, nativeView.FromScreen({where.x, where.y}), item - 1);
+    (*fMenu)->PopUp(nativeView, nativeView.FromScreen(ToNative(where)), item - 1);
     return 0;
 }
 

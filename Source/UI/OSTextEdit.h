@@ -32,7 +32,8 @@ protected:
 /// through.
 ///
 /// The field's own keys cut, copy, paste, undo and select. The operations below that say so are not
-/// provided: each writes "<its name> not implemented" to standard error and answers 0 or false.
+/// provided: each writes "<its name> not implemented" to standard error, does nothing else and
+/// answers 0 or false. A new edit is a Tab stop.
 class OSTextEdit : public View, public RequestHandler {
 public:
     /// `client` may be null and else outlives the edit. Without `handlesEditCommands` the edit

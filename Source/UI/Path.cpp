@@ -1,5 +1,7 @@
 #include "UI/Path.h"
 
+#include "UI/Internal/NativeGeometry.h"
+
 #include <cmath>
 #include <limits>
 
@@ -38,7 +40,7 @@ void Path::AddLine(float x, float y) {
 }
 
 void Path::AddArc(float radius, const Point& centre, float startAngle, float endAngle) {
-    fPath.AddArc({centre.x, centre.y}, radius, startAngle, endAngle, startAngle > endAngle);
+    fPath.AddArc(ToNative(centre), radius, startAngle, endAngle, startAngle > endAngle);
 }
 
 void Path::CloseSubpath() {
@@ -46,9 +48,7 @@ void Path::CloseSubpath() {
 }
 
 Rect Path::GetBounds() const {
-    const CGRect box = fPath.GetBoundingBox();
-    return {static_cast<float>(box.origin.x), static_cast<float>(box.origin.y),
-            static_cast<float>(box.size.width), static_cast<float>(box.size.height)};
+    return FromNative(fPath.GetBoundingBox());
 }
 
 } // namespace Kestrin

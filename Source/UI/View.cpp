@@ -1,22 +1,11 @@
 #include "UI/View.h"
 
 #include "UI/DrawingContext.h"
+#include "UI/Internal/NativeGeometry.h"
 #include "UI/Internal/TextHandOver.h"
 #include "UI/Internal/ViewBridge.h"
 
 namespace Kestrin {
-
-namespace {
-
-CGPoint NativePoint(const Point& point) {
-    return {point.x, point.y};
-}
-
-Point FrameworkPoint(const CGPoint& point) {
-    return {static_cast<float>(point.x), static_cast<float>(point.y)};
-}
-
-} // namespace
 
 /// The view's hold on its native view, which leaves its superview with it.
 class View::ViewData {
@@ -86,13 +75,10 @@ void View::DrawNow() {
 // State
 
 void View::EnableKeyFocus(bool focus) {
-    ViewBridge& bridge = BridgeOf(*this);
-    if (!bridge.Window())
-        return;
     if (focus)
-        bridge.Native().MakeFirstResponder();
+        BridgeOf(*this).TakeFocus();
     else
-        bridge.Native().SelectNextKeyView();
+        BridgeOf(*this).Native().SelectNextKeyView();
 }
 
 bool View::HasKeyFocus() const {
@@ -100,8 +86,9 @@ bool View::HasKeyFocus() const {
 }
 
 void View::Enable(bool enable) {
-    BridgeOf(*this).SetEnabled(enable);
     Inval();
+    // Last, since losing the focus may be the view's end.
+    BridgeOf(*this).SetEnabled(enable);
 }
 
 bool View::IsEnabled() const {
@@ -122,7 +109,7 @@ void View::EnableClickThrough(bool clickThrough) {
 }
 
 void View::SetTabStop(bool tabStop) {
-    BridgeOf(*this).SetTabStop(tabStop);
+    BridgeOf(*this).Native().SetTabStop(tabStop);
 }
 
 void View::SetAccessibility(AccessibleRole role, const UString& name) {
@@ -140,7 +127,7 @@ void View::SetRect(const Rect& rect) {
     const float x = rect.width < 0 ? rect.x + rect.width : rect.x;
     const float y = rect.height < 0 ? rect.y + rect.height : rect.y;
     BridgeOf(*this).SetFrame({x, y, rect.width, rect.height});
-    BridgeOf(*this).RefreshFeatures();
+    BridgeOf(*this).RefreshOpacity();
 }
 
 Rect View::GetRect() const {
@@ -172,7 +159,7 @@ void View::AfterFrameChange() {
     const ViewBridge* parent = BridgeOf(*this).Superview();
     if (parent && parent->GetView())
         parent->GetView()->Inval();
-    BridgeOf(*this).RefreshFeatures();
+    BridgeOf(*this).RefreshOpacity();
 }
 
 Size View::GetDimensions() const {
@@ -194,7 +181,7 @@ Point View::ViewToScreen(const Point& point) const {
     const ViewBridge& bridge = BridgeOf(*this);
     if (!bridge.Window())
         return {};
-    return FrameworkPoint(bridge.Native().ToScreen(NativePoint(point)));
+    return FromNative(bridge.Native().ToScreen(ToNative(point)));
 }
 
 Point View::ViewToWindow(const Point& point) const {

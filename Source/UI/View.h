@@ -18,21 +18,6 @@ struct Pasteboard;
 class ViewBridge;
 class WindowData;
 
-/// What a view can be asked about itself.
-enum ViewFeature : int {
-    /// It takes the press and release of the mouse; otherwise the view beneath does.
-    kViewFeatureClicks = 0,
-    /// It is a native text field.
-    kViewFeatureTextEdit = 1,
-    /// It wants to hear of the pointer's position and of the wheel.
-    kViewFeatureMouseTracking = 2,
-    /// It does not paint every pixel of its rectangle.
-    kViewFeatureTransparent = 4,
-};
-
-/// Where the pointer is, for DoMousePosition.
-enum MousePosInfo : int { kMousePosInside = 0, kMousePosExited = 1 };
-
 /// A rectangle of a window that draws itself and takes events. It has the origin at its top left
 /// and y growing downward; its own rectangle is in the coordinates of its parent. Views overlap in
 /// the order in which they were placed.
@@ -44,6 +29,22 @@ enum MousePosInfo : int { kMousePosInside = 0, kMousePosExited = 1 };
 /// Any hook may destroy, remove or hide its own view or another one.
 class View {
 public:
+    /// What a view can be asked about itself.
+    enum ViewFeature : int {
+        /// It takes the press and release of the mouse; otherwise the view beneath does.
+        kViewFeatureClicks = 0,
+        /// It is a native text field.
+        kViewFeatureTextEdit = 1,
+        /// It wants to hear of the pointer's position and of the wheel.
+        kViewFeatureMouseTracking = 2,
+        /// It does not paint every pixel of its rectangle.
+        kViewFeatureTransparent = 4,
+    };
+
+    /// Where the pointer is, for DoMousePosition: in the view's rectangle, whatever lies above it,
+    /// or no longer.
+    enum MousePosInfo : int { kMousePosInside = 0, kMousePosExited = 1 };
+
     View();
     virtual ~View();
     View(const View&) = delete;
@@ -61,8 +62,10 @@ public:
     /// Empty text for none. The text crosses as HandOver says, so that text beyond ASCII is cut.
     virtual void SetToolTip(const UString& text);
     virtual void ShowHide(bool show);
-    /// True takes the focus of the window; false passes it on to the next control.
+    /// True takes the focus of the window; false passes it on to the next control. A view that is
+    /// disabled or not seen neither takes the focus nor keeps it.
     virtual void EnableKeyFocus(bool focus);
+    /// A disabled view takes no press and no keys.
     virtual void Enable(bool enable);
     /// Redraws nothing. A negative extent moves the origin by it and stays negative; such a view
     /// shows nothing.

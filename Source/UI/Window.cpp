@@ -1,5 +1,7 @@
 #include "UI/Window.h"
 
+#include "UI/Internal/KeyInput.h"
+#include "UI/Internal/NativeGeometry.h"
 #include "UI/Internal/TextHandOver.h"
 #include "UI/Internal/WindowData.h"
 
@@ -7,9 +9,15 @@ namespace Kestrin {
 
 namespace {
 
-Rect RectOf(const CGRect& rect) {
-    return {static_cast<float>(rect.origin.x), static_cast<float>(rect.origin.y),
-            static_cast<float>(rect.size.width), static_cast<float>(rect.size.height)};
+unsigned NativeStyleOf(unsigned int flags) {
+    unsigned style = kNativeWindowClosable;
+    if (!(flags & Window::kNoTitleBar))
+        style |= kNativeWindowTitled;
+    if (flags & Window::kResizable)
+        style |= kNativeWindowResizable;
+    if (flags & Window::kMiniaturizable)
+        style |= kNativeWindowMiniaturizable;
+    return style;
 }
 
 } // namespace
@@ -48,7 +56,7 @@ void Window::SetWindowTitle(const UString& title) {
 }
 
 Rect Window::GetRect() const {
-    return RectOf(fData->Native().ContentFrame());
+    return FromNative(fData->Native().ContentFrame());
 }
 
 View* Window::GetRootView() {
@@ -68,16 +76,11 @@ void Window::ShowHide(bool show) {
 
 // WindowData
 
-unsigned NativeStyleOf(unsigned int flags) {
-    return ((flags & 5) + (flags & 2) * 4) ^ 3;
-}
-
 WindowData::WindowData(Window::WindowEventClient& client, Window& window, const Size& contentSize,
                        unsigned int flags)
     : fClient(client)
     , fWindow(window)
-    , fNative(std::make_unique<NativeWindow>(*this, NativeStyleOf(flags),
-                                             CGSize{contentSize.width, contentSize.height})) {
+    , fNative(std::make_unique<NativeWindow>(*this, NativeStyleOf(flags), ToNative(contentSize))) {
     BridgeOf(fRootView).SetWindow(this);
     fNative->SetContentView(BridgeOf(fRootView).Native());
     fRootView.MoveTo(0, 0);
@@ -100,9 +103,9 @@ void WindowData::HandleVisibilityChanged(bool visible) {
 }
 
 void WindowData::HandleResized() {
-    const CGSize content = fNative->ContentFrame().size;
-    fRootView.SetDimensions(static_cast<float>(content.width), static_cast<float>(content.height));
-    fClient.WindowSizeChanged(&fWindow, RectOf(fNative->Frame()));
+    const Rect content = FromNative(fNative->ContentFrame());
+    fRootView.SetDimensions(content.width, content.height);
+    fClient.WindowSizeChanged(&fWindow, FromNative(fNative->Frame()));
 }
 
 void WindowData::HandleClosing() {
@@ -110,17 +113,15 @@ void WindowData::HandleClosing() {
 }
 
 void WindowData::HandleKeyDown(const NativeKeyEvent& event) {
-    gLastNativeKeyCode = event.keyCode;
-    TakeKey(UString(event.characters, UString::kUTF8), ModifiersOf(event.modifierFlags),
-            KeyCodeOf(event));
+    TakeKey(TakeKeyInput(event));
 }
 
 bool WindowData::IsKeyWindow() const {
     return fNative && fNative->IsKey();
 }
 
-void WindowData::TakeKey(const UString& text, unsigned int modifiers, unsigned char keyCode) {
-    fClient.DoTextInput(text, modifiers, keyCode);
+void WindowData::TakeKey(const KeyInput& key) {
+    fClient.DoTextInput(key.text, key.modifiers, key.keyCode);
 }
 
 } // namespace Kestrin

@@ -6,6 +6,7 @@
 #include <numbers>
 #include <utility>
 
+using Kestrin::AccessibleRole;
 using Kestrin::DrawingContext;
 using Kestrin::Point;
 using Kestrin::Rect;
@@ -13,25 +14,22 @@ using Kestrin::Rect;
 namespace {
 
 constexpr float kControlHeight = 24;
-
-bool IsSpace(const UString& text) {
-    return text == UString(" ", UString::kASCII);
-}
+constexpr float kLine = 1.5F;
+constexpr float kFocusLine = 3;
 
 } // namespace
 
 // PushButton
 
 PushButton::PushButton(const UString& caption, float width, std::function<void()> action)
-    : fCaption(caption)
+    : Control(AccessibleRole::kButton, caption)
+    , fCaption(caption)
     , fAction(std::move(action)) {
     constexpr float kQuarterTurn = std::numbers::pi_v<float> / 2;
     constexpr float kRadius = 10;
     constexpr float kTop = 2;
     constexpr float kMiddle = kTop + kRadius;
     SetDimensions(width, kControlHeight);
-    SetTabStop(true);
-    SetAccessibility(Kestrin::AccessibleRole::kButton, caption);
     fOutline.CreateSubpath(kMiddle, kTop);
     fOutline.AddLine(width - kMiddle, kTop);
     fOutline.AddArc(kRadius, {width - kMiddle, kMiddle}, -kQuarterTurn, kQuarterTurn);
@@ -40,65 +38,38 @@ PushButton::PushButton(const UString& caption, float width, std::function<void()
     fOutline.CloseSubpath();
 }
 
-void PushButton::DoDraw(DrawingContext& context) {
-    if (fPressed && fInside)
+/// By a copy of the action, which may destroy the button.
+void PushButton::Act() {
+    const std::function<void()> action = fAction;
+    action();
+}
+
+void PushButton::DrawControl(DrawingContext& context) {
+    if (IsDown())
         context.FillPath(fOutline, kAccent);
-    context.StrokePath(fOutline, HasKeyFocus() ? 3.0F : 1.5F, kAccent,
-                       DrawingContext::kAntiAliasDefault);
+    context.StrokePath(fOutline, kLine, kAccent, DrawingContext::kAntiAliasDefault);
     context.SetupFont(Kestrin::kFontPlain, kTextSize, kText);
     context.DrawString(fCaption, fOutline.GetBounds(), Kestrin::kTextAlignCenter);
 }
 
-void PushButton::DoClick(const Point&, unsigned int, bool) {
-    fPressed = true;
-    fInside = true;
-    Inval();
-}
-
-void PushButton::DoTrack(const Point& where, unsigned int) {
-    const Rect bounds = GetLocalRect();
-    fInside = where.x >= 0 && where.y >= 0 && where.x < bounds.width && where.y < bounds.height;
-    Inval();
-}
-
-void PushButton::DoMouseUp(unsigned int) {
-    const bool acts = std::exchange(fPressed, false) && fInside;
-    Inval();
-    if (acts)
-        fAction();
-}
-
-bool PushButton::DoTextInput(const UString& text, unsigned int, unsigned char) {
-    if (!IsSpace(text))
-        return false;
-    fAction();
-    return true;
-}
-
-void PushButton::DoKeyFocusStateChanged(bool) {
-    Inval();
+void PushButton::DrawFocusRing(DrawingContext& context) {
+    context.StrokePath(fOutline, kFocusLine, kAccent, DrawingContext::kAntiAliasDefault);
 }
 
 // ChoiceBox
 
-ChoiceBox::ChoiceBox(std::initializer_list<const char*> choices, float width) {
+ChoiceBox::ChoiceBox(std::initializer_list<const char*> choices, float width)
+    : Control(AccessibleRole::kPopUpButton, UString("Choice", UString::kASCII)) {
     SetDimensions(width, kControlHeight);
-    SetTabStop(true);
-    SetAccessibility(Kestrin::AccessibleRole::kPopUpButton, UString("Choice", UString::kASCII));
     for (const char* choice : choices)
         fMenu.AppendItem(UString(choice, UString::kUTF8), 0);
     fMenu.SetCurrentItem(1);
     fMenu.AddListener(this);
 }
 
-ChoiceBox::~ChoiceBox() {
-    fMenu.RemoveListener(this);
-}
-
-void ChoiceBox::DoDraw(DrawingContext& context) {
+void ChoiceBox::DrawControl(DrawingContext& context) {
     const Rect bounds = GetLocalRect();
-    context.FrameRect({1, 1, bounds.width - 2, bounds.height - 2}, HasKeyFocus() ? 3.0F : 1.5F,
-                      kAccent);
+    DrawFrame(context, kLine);
     context.SetupFont(Kestrin::kFontPlain, kTextSize, kText);
     context.DrawString(fMenu.GetCurrentItemStr(), {10, 0, bounds.width - 40, bounds.height},
                        Kestrin::kTextAlignLeft);
@@ -110,26 +81,23 @@ void ChoiceBox::DoDraw(DrawingContext& context) {
     context.FillPath(triangle, kText);
 }
 
-void ChoiceBox::DoClick(const Point&, unsigned int, bool) {
-    OpenMenu();
+void ChoiceBox::DrawFocusRing(DrawingContext& context) {
+    DrawFrame(context, kFocusLine);
 }
 
-bool ChoiceBox::DoTextInput(const UString& text, unsigned int, unsigned char) {
-    if (!IsSpace(text))
-        return false;
-    OpenMenu();
-    return true;
+void ChoiceBox::DrawFrame(DrawingContext& context, float width) {
+    context.FrameRect(Kestrin::Inset(GetLocalRect(), 1), width, kAccent);
+}
+
+/// A menu opens at the press already.
+void ChoiceBox::DoClick(const Point&, unsigned int, bool) {
+    Act();
 }
 
 /// The menu opens with the current item over the control.
-void ChoiceBox::OpenMenu() {
+void ChoiceBox::Act() {
     const Point corner = ViewToScreen({0, 0});
     fMenu.PopupSelect(static_cast<int>(corner.x), static_cast<int>(corner.y));
-    Inval();
-}
-
-void ChoiceBox::DoKeyFocusStateChanged(bool) {
-    Inval();
 }
 
 void ChoiceBox::ItemSelected(Kestrin::DynamicMenu* menu, unsigned short item, unsigned int) {

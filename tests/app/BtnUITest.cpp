@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace {
 
 class BtnUITest : public testing::Test, protected Handler {
@@ -25,6 +27,31 @@ TEST_F(BtnUITest, SendsItsCommandWhenReleasedInsideAfterAPress) {
     button.DoTrack({50, 11}, 0);
     button.DoMouseUp(0);
     EXPECT_EQ(sent, 0) << "a release without a press";
+}
+
+TEST_F(BtnUITest, SendsNothingWhenItIsDisabledBeforeTheRelease) {
+    button.DoClick({50, 11}, 0, false);
+    button.Enable(false);
+    button.DoMouseUp(0);
+    EXPECT_EQ(sent, 0);
+}
+
+TEST_F(BtnUITest, MayBeDestroyedByItsCommand) {
+    struct Destroyer final : Handler {
+        void Handle(unsigned int) override { button.reset(); }
+        std::unique_ptr<BtnUI> button;
+    };
+    for (const bool byKey : {false, true}) {
+        Destroyer destroyer;
+        destroyer.button =
+            std::make_unique<BtnUI>(UString("Ok", UString::kASCII), &destroyer, kCommandOk, 100);
+        destroyer.button->DoClick({50, 11}, 0, false);
+        if (byKey)
+            destroyer.button->DoTextInput(UString(), 0, Kestrin::kKeyReturn);
+        else
+            destroyer.button->DoMouseUp(0);
+        EXPECT_EQ(destroyer.button, nullptr);
+    }
 }
 
 TEST_F(BtnUITest, IsPressedBySpaceAndReturnOnly) {

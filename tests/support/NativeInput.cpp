@@ -88,6 +88,10 @@ void TypeByInputMethod(const View& anyView, const std::string& text) {
     Settle();
 }
 
+std::string ShownTitle(const View& anyView) {
+    return Kestrin::ToUtf8(WindowOf(anyView)->title());
+}
+
 void CloseWindow(const View& anyView) {
     WidgetOf(anyView).window()->close();
     Settle();

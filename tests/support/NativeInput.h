@@ -43,6 +43,7 @@ void TypeByInputMethod(const Kestrin::View& anyView, const std::string& text);
 
 // The window that a view stands in.
 
+std::string ShownTitle(const Kestrin::View& anyView);
 /// Presses the window's close button.
 void CloseWindow(const Kestrin::View& anyView);
 void ResizeWindow(const Kestrin::View& anyView, int width, int height);

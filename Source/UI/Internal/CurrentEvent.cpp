@@ -4,11 +4,7 @@
 
 namespace Kestrin {
 
-namespace {
-
-CurrentEventScope* sInnermost = nullptr;
-
-} // namespace
+CurrentEventScope* CurrentEventScope::sInnermost = nullptr;
 
 CurrentEventScope::CurrentEventScope(ViewBridge& bridge, const NativeMouseEvent* mouseDown)
     : fBridge(bridge.shared_from_this())
@@ -21,16 +17,13 @@ CurrentEventScope::~CurrentEventScope() {
     sInnermost = fOuter;
 }
 
-const CurrentEventScope* CurrentEventScope::Innermost() {
-    return sInnermost;
-}
-
 View* CurrentEventView() {
-    return sInnermost ? sInnermost->Bridge().GetView() : nullptr;
+    const CurrentEventScope* const scope = CurrentEventScope::sInnermost;
+    return scope ? scope->fBridge->GetView() : nullptr;
 }
 
 const NativeMouseEvent* CurrentMouseDown() {
-    return CurrentEventView() ? sInnermost->MouseDown() : nullptr;
+    return CurrentEventView() ? CurrentEventScope::sInnermost->fMouseDown : nullptr;
 }
 
 NativeView& NativeViewOf(const View& view) {

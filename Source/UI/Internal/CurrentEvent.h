@@ -28,15 +28,15 @@ public:
     CurrentEventScope(const CurrentEventScope&) = delete;
     CurrentEventScope& operator=(const CurrentEventScope&) = delete;
 
-    ViewBridge& Bridge() const { return *fBridge; }
-    const NativeMouseEvent* MouseDown() const { return fMouseDown; }
-
-    static const CurrentEventScope* Innermost();
-
 private:
+    friend View* CurrentEventView();
+    friend const NativeMouseEvent* CurrentMouseDown();
+
     std::shared_ptr<ViewBridge> fBridge;
     const NativeMouseEvent* fMouseDown;
     CurrentEventScope* fOuter;
+
+    static CurrentEventScope* sInnermost;
 };
 
 } // namespace Kestrin

@@ -4,47 +4,33 @@
 
 #include "Platform/UI/NativeMenu.h"
 
+#include <utility>
+
 namespace Kestrin {
 
-/// A platform menu that knows its menu ID.
+/// A platform menu that knows its menu ID; a copy has the same.
 class KestrinMenu : public NativeMenu {
 public:
-    KestrinMenu() = default;
-
     void SetID(short id) { fMenuID = id; }
     short GetID() const { return static_cast<short>(fMenuID); }
 
-    std::shared_ptr<NativeMenu> Copy() const override;
-
 private:
-    KestrinMenu(const KestrinMenu&) = default;
-
     int fMenuID = 0;
 };
 
-/// An item that keeps the text that it was given beside the title that is shown, since the
-/// framework's surrogates are not those of the platform.
-class KestrinMenuItem : public NativeMenuItem {
-public:
-    explicit KestrinMenuItem(const UString& text);
-
-    const UString& GetText() const { return fText; }
-
-    std::shared_ptr<NativeMenuItem> Copy() const override;
-
-private:
-    KestrinMenuItem(const KestrinMenuItem&) = default;
-
-    UString fText;
-};
-
-/// What an item carries for its user.
+/// What an item carries for its user: a number, and the text that the item was given, since in the
+/// title that is shown the framework's surrogates are the platform's.
 class KestrinMenuItemData : public NativeObject {
 public:
+    explicit KestrinMenuItemData(UString text)
+        : fText(std::move(text)) {}
+
+    const UString& GetText() const { return fText; }
     void SetRefCon(unsigned int refCon) { fRefCon = refCon; }
     unsigned int GetRefCon() const { return fRefCon; }
 
 private:
+    UString fText;
     unsigned int fRefCon = 0;
 };
 

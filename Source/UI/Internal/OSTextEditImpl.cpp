@@ -2,9 +2,9 @@
 
 #include "UI/DrawingContext.h"
 #include "UI/Internal/FontNames.h"
+#include "UI/Internal/KeyInput.h"
 #include "UI/Internal/TextHandOver.h"
 #include "UI/Internal/ViewBridge.h"
-#include "UI/KeyCodes.h"
 
 #include <cstdio>
 
@@ -40,15 +40,13 @@ public:
 
     bool HandleFieldKeyDown(const NativeKeyEvent& event) override {
         const std::weak_ptr<void> alive = fAlive;
-        gLastNativeKeyCode = event.keyCode;
-        const unsigned char key = KeyCodeOf(event);
-        const UString text(event.characters, UString::kUTF8);
-        if (fClient && !fClient->FilterTextEditDoTextInput(&fTextEdit, text,
-                                                           ModifiersOf(event.modifierFlags), key))
+        const KeyInput key = TakeKeyInput(event);
+        if (fClient &&
+            !fClient->FilterTextEditDoTextInput(&fTextEdit, key.text, key.modifiers, key.keyCode))
             return false;
         if (alive.expired())
             return false;
-        if (!EndsEditing(key))
+        if (!EndsEditing(key.keyCode))
             return true;
         fNative.EndEditing();
         return false;
@@ -88,7 +86,9 @@ OSTextEdit* OSTextEdit::Create(OSTextEditViewClient* client, bool handlesEditCom
 
 OSTextEditImpl::OSTextEditImpl(OSTextEditViewClient* client, bool handlesEditCommands)
     : OSTextEdit(client, handlesEditCommands)
-    , fTextField(std::make_unique<TextField>(BridgeOf(*this).Native(), *this, client)) {}
+    , fTextField(std::make_unique<TextField>(BridgeOf(*this).Native(), *this, client)) {
+    SetTabStop(true);
+}
 
 OSTextEditImpl::~OSTextEditImpl() = default;
 
@@ -97,11 +97,6 @@ NativeTextField& OSTextEditImpl::Field() {
 }
 
 // View
-
-void OSTextEditImpl::Enable(bool enable) {
-    OSTextEdit::Enable(enable);
-    Field().SetEditable(enable);
-}
 
 void OSTextEditImpl::SetRect(const Rect& rect) {
     OSTextEdit::SetRect(rect);
@@ -236,10 +231,8 @@ void OSTextEditImpl::SetSelection(unsigned int, unsigned int) {
     ReportNotImplemented("SetSelection");
 }
 
-void OSTextEditImpl::GetSelection(unsigned int& start, unsigned int& end) {
+void OSTextEditImpl::GetSelection(unsigned int&, unsigned int&) {
     ReportNotImplemented("GetSelection");
-    start = 0;
-    end = 0;
 }
 
 float OSTextEditImpl::Width() {

@@ -17,7 +17,6 @@ public:
     // View
 
     using View::SetDimensions;
-    void Enable(bool enable) override;
     void SetRect(const Rect& rect) override;
     void SetDimensions(float width, float height) override;
     bool SupportsFeature(ViewFeature feature) override;

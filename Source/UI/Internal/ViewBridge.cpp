@@ -1,6 +1,7 @@
 #include "UI/Internal/ViewBridge.h"
 
 #include "UI/DrawingContext.h"
+#include "UI/Internal/NativeGeometry.h"
 #include "UI/View.h"
 
 #include <algorithm>
@@ -54,7 +55,7 @@ WindowOfViews* ViewBridge::Window() const {
 
 void ViewBridge::SetFrame(const Rect& frame) {
     fFrame = frame;
-    fNative->SetFrame({{frame.x, frame.y}, {frame.width, frame.height}});
+    fNative->SetFrame(ToNative(frame));
 }
 
 Point ViewBridge::ToRoot(Point point) const {
@@ -106,13 +107,14 @@ bool ViewBridge::IsHiddenOrHasHiddenAncestor() const {
 }
 
 void ViewBridge::SetEnabled(bool enabled) {
+    const Shared keep = Self();
     fEnabled = enabled;
-    fNative->SetTabStop(fTabStop && fEnabled);
+    fNative->SetEnabled(enabled);
 }
 
-void ViewBridge::SetTabStop(bool tabStop) {
-    fTabStop = tabStop;
-    fNative->SetTabStop(fTabStop && fEnabled);
+void ViewBridge::TakeFocus() {
+    if (TakesInput() && Window() && !IsHiddenOrHasHiddenAncestor())
+        fNative->MakeFirstResponder();
 }
 
 void ViewBridge::SetMouseHidden(bool hidden) {
@@ -130,8 +132,8 @@ void ViewBridge::SetMouseHidden(bool hidden) {
 
 void ViewBridge::SetAlpha(float alpha) {
     fAlpha = std::clamp(alpha, 0.0f, 1.0f);
-    RefreshFeatures();
     fNative->SetNeedsDisplay();
+    RefreshOpacity();
 }
 
 float ViewBridge::EffectiveAlpha() const {
@@ -141,14 +143,15 @@ float ViewBridge::EffectiveAlpha() const {
     return alpha;
 }
 
-void ViewBridge::RefreshFeatures() {
-    fNative->SetTracksMouse(Supports(kViewFeatureMouseTracking));
+void ViewBridge::RefreshOpacity() {
+    const Shared keep = Self();
     // What is painted with less than full opacity needs what lies beneath.
-    fNative->SetOpaque(!Supports(kViewFeatureTransparent) && EffectiveAlpha() == 1.0f);
+    fNative->SetOpaque(!Supports(View::kViewFeatureTransparent) && EffectiveAlpha() == 1.0f);
+    ForEachSubview([](ViewBridge& child) { child.RefreshOpacity(); });
 }
 
 bool ViewBridge::Supports(int feature) const {
-    return fKestrinView && fKestrinView->SupportsFeature(static_cast<ViewFeature>(feature));
+    return fKestrinView && fKestrinView->SupportsFeature(static_cast<View::ViewFeature>(feature));
 }
 
 } // namespace Kestrin

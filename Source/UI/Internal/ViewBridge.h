@@ -7,11 +7,10 @@
 #include <memory>
 #include <vector>
 
-class UString;
-
 namespace Kestrin {
 
 class DrawingContext;
+struct KeyInput;
 class View;
 
 /// What views need of the window they stand in.
@@ -19,7 +18,7 @@ class WindowOfViews {
 public:
     virtual bool IsKeyWindow() const = 0;
     /// Takes a key that the focused view did not.
-    virtual void TakeKey(const UString& text, unsigned int modifiers, unsigned char keyCode) = 0;
+    virtual void TakeKey(const KeyInput& key) = 0;
 
 protected:
     ~WindowOfViews() = default;
@@ -47,7 +46,6 @@ public:
     void AddSubview(ViewBridge& child);
     void RemoveFromSuperview();
     ViewBridge* Superview() const { return fSuperview; }
-    const std::vector<ViewBridge*>& Subviews() const { return fSubviews; }
     /// The window is set for a root; the views within find it there. Null for none.
     void SetWindow(WindowOfViews* window) { fWindow = window; }
     WindowOfViews* Window() const;
@@ -67,18 +65,18 @@ public:
     // State
 
     void SetHidden(bool hidden);
-    bool IsHidden() const { return fHidden; }
     bool IsHiddenOrHasHiddenAncestor() const;
     void SetEnabled(bool enabled);
     bool IsEnabled() const { return fEnabled; }
-    void SetTabStop(bool tabStop);
     void SetClickThrough(bool clickThrough) { fClickThrough = clickThrough; }
     void SetMouseHidden(bool hidden);
     void SetAlpha(float alpha);
     /// The opacity of the view and of all views that it stands in.
     float EffectiveAlpha() const;
-    /// Asks the view again which events it wants and whether it paints everything.
-    void RefreshFeatures();
+    /// Asks the view and those within again whether they paint everything.
+    void RefreshOpacity();
+    /// Gives the view the focus of its window, if there is one and the view may have it.
+    void TakeFocus();
 
     // Events of the native view
 
@@ -108,18 +106,19 @@ private:
     Shared Self() { return shared_from_this(); }
     ViewBridge& Root();
     bool Supports(int feature) const;
+    /// Whether a press or a key may reach the view: it is there and enabled.
+    bool TakesInput() const { return fKestrinView && fEnabled; }
     template <typename Call>
     void ForEachSubview(Call call);
     Point PointIn(const ViewBridge& other, Point point) const;
     Shared Beneath(const Point& point);
     Shared ClickTaker(const Point& point);
-    void TakeFocus();
     void Click(ViewBridge& taker, const NativeMouseEvent& event);
     void AbandonPress();
     void SendMouseUp(unsigned int modifiers);
     void SendTrack(const Point& where, unsigned int modifiers);
-    void SendMousePosition(int info, const NativeMouseEvent& event);
-    void DispatchMouseMoved(const Point& point, unsigned int modifiers);
+    void DispatchPointer(const Point& point, unsigned int modifiers, bool isOverParent);
+    bool SendKey(const KeyInput& key);
     void TellVisibleStateChanged();
 
     View* fKestrinView;
@@ -133,12 +132,23 @@ private:
     float fAlpha = 1.0f;
     bool fHidden = false;
     bool fEnabled = true;
-    bool fTabStop = false;
     bool fClickThrough = false;
     bool fMouseHidden = false;
     bool fMouseDown = false;
+    bool fHasPointer = false; ///< the pointer was in it when its views last heard of it
     Press fPress;
 };
+
+/// In order. Each is held for the whole walk and left out if an earlier call took it away.
+template <typename Call>
+void ViewBridge::ForEachSubview(Call call) {
+    std::vector<Shared> subviews;
+    for (ViewBridge* subview : fSubviews)
+        subviews.push_back(subview->Self());
+    for (const Shared& subview : subviews)
+        if (subview->fSuperview == this)
+            call(*subview);
+}
 
 /// The bridge of a view, which has one for its whole life.
 ViewBridge& BridgeOf(const View& view);

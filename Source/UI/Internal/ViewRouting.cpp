@@ -3,8 +3,9 @@
 
 #include "UI/DrawingContext.h"
 #include "UI/Internal/CurrentEvent.h"
+#include "UI/Internal/KeyInput.h"
+#include "UI/Internal/NativeGeometry.h"
 #include "UI/Internal/ViewBridge.h"
-#include "UI/KeyCodes.h"
 #include "UI/View.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ namespace {
 constexpr Point kNowhere{-32768, -32768};
 
 Point PointOf(const NativeMouseEvent& event) {
-    return {static_cast<float>(event.where.x), static_cast<float>(event.where.y)};
+    return FromNative(event.where);
 }
 
 /// Three steps a notch, away from zero, so that the smallest movement counts.
@@ -53,14 +54,6 @@ private:
 
 } // namespace
 
-/// In order, each held for its call; the list may change meanwhile.
-template <typename Call>
-void ViewBridge::ForEachSubview(Call call) {
-    std::size_t next = 0;
-    while (next < fSubviews.size())
-        call(*fSubviews[next++]->Self());
-}
-
 /// The point of this view's own coordinates in those of another view of the same tree.
 Point ViewBridge::PointIn(const ViewBridge& other, Point point) const {
     return other.FromRoot(ToRoot(point));
@@ -86,26 +79,22 @@ ViewBridge::Shared ViewBridge::Beneath(const Point& point) {
 /// The first view from this one downwards that takes clicks; null where none does.
 ViewBridge::Shared ViewBridge::ClickTaker(const Point& point) {
     Shared view = Self();
-    while (view && !view->Supports(kViewFeatureClicks))
+    while (view && !view->Supports(View::kViewFeatureClicks))
         view = view->Beneath(PointIn(*view, point));
     return view;
-}
-
-/// A press takes the focus to where it is, which ends an edit elsewhere in the window.
-void ViewBridge::TakeFocus() {
-    if (!fClickThrough && Window())
-        fNative->MakeFirstResponder();
 }
 
 void ViewBridge::HandleMouseDown(const NativeMouseEvent& event) {
     const Shared keep = Self();
     fPress = Press{};
-    TakeFocus();
+    // A press takes the focus to where it is, which ends an edit elsewhere in the window.
+    if (!fClickThrough)
+        TakeFocus();
     // Moving the focus may have opened a dialog, which took the release.
     if (fPress.lost)
         return;
     const Shared taker = ClickTaker(PointOf(event));
-    if (!taker || !taker->fEnabled)
+    if (!taker || !taker->TakesInput())
         return;
     Click(*taker, event);
     if (fPress.lost)
@@ -115,7 +104,7 @@ void ViewBridge::HandleMouseDown(const NativeMouseEvent& event) {
 void ViewBridge::Click(ViewBridge& taker, const NativeMouseEvent& event) {
     const Point where = PointIn(taker, PointOf(event));
     NativeMouseEvent there = event;
-    there.where = {where.x, where.y};
+    there.where = ToNative(where);
     const CurrentEventScope scope(taker, &there);
     fPress.taker = taker.weak_from_this();
     taker.fKestrinView->DoClick(where, ModifiersOf(event.modifierFlags), event.clickCount == 2);
@@ -177,37 +166,39 @@ void ViewBridge::HandleMouseUp(const NativeMouseEvent& event) {
 
 void ViewBridge::HandleMouseMoved(const NativeMouseEvent& event) {
     const Shared root = Root().Self();
-    root->DispatchMouseMoved(ToRoot(PointOf(event)), ModifiersOf(event.modifierFlags));
+    root->DispatchPointer(ToRoot(PointOf(event)), ModifiersOf(event.modifierFlags), true);
 }
 
-void ViewBridge::DispatchMouseMoved(const Point& point, unsigned int modifiers) {
-    if (fHidden || !Contains(point))
+/// Tells the views whose rectangles hold the point, also those beneath others, and those that the
+/// pointer has left since.
+void ViewBridge::DispatchPointer(const Point& point, unsigned int modifiers, bool isOverParent) {
+    const bool inside = isOverParent && !fHidden && Contains(point);
+    if (!std::exchange(fHasPointer, inside) && !inside)
         return;
     ForEachSubview([&](ViewBridge& child) {
-        child.DispatchMouseMoved({point.x - child.fFrame.x, point.y - child.fFrame.y}, modifiers);
+        child.DispatchPointer({point.x - child.fFrame.x, point.y - child.fFrame.y}, modifiers,
+                              inside);
     });
-    if (Supports(kViewFeatureMouseTracking))
-        fKestrinView->DoMousePosition(kMousePosInside, point, modifiers);
+    if (Supports(View::kViewFeatureMouseTracking))
+        fKestrinView->DoMousePosition(inside ? View::kMousePosInside : View::kMousePosExited, point,
+                                      modifiers);
 }
 
 void ViewBridge::HandleMouseEntered(const NativeMouseEvent& event) {
-    SendMousePosition(kMousePosInside, event);
+    if (!fHasPointer)
+        HandleMouseMoved(event);
 }
 
 void ViewBridge::HandleMouseExited(const NativeMouseEvent& event) {
-    SendMousePosition(kMousePosExited, event);
-}
-
-void ViewBridge::SendMousePosition(int info, const NativeMouseEvent& event) {
-    const Shared keep = Self();
-    if (Supports(kViewFeatureMouseTracking))
-        fKestrinView->DoMousePosition(static_cast<MousePosInfo>(info), PointOf(event),
-                                      ModifiersOf(event.modifierFlags));
+    // What leaves the root leaves the window, wherever it seems to be.
+    const Shared root = Root().Self();
+    root->DispatchPointer(ToRoot(PointOf(event)), ModifiersOf(event.modifierFlags),
+                          fSuperview != nullptr);
 }
 
 void ViewBridge::HandleScrollWheel(const NativeMouseEvent& event) {
     Shared view = Self();
-    while (view && !view->Supports(kViewFeatureMouseTracking))
+    while (view && !view->Supports(View::kViewFeatureMouseTracking))
         view = view->fSuperview ? view->fSuperview->Self() : nullptr;
     if (view)
         view->fKestrinView->DoMouseWheel(PointIn(*view, PointOf(event)),
@@ -218,20 +209,20 @@ void ViewBridge::HandleScrollWheel(const NativeMouseEvent& event) {
 // Keys and focus
 
 bool ViewBridge::HandleKeyDown(const NativeKeyEvent& event) {
-    gLastNativeKeyCode = event.keyCode;
-    if (!fKestrinView)
-        return false;
     const CurrentEventScope scope(*this);
-    const UString text(event.characters, UString::kUTF8);
-    const unsigned int modifiers = ModifiersOf(event.modifierFlags);
-    const unsigned char keyCode = KeyCodeOf(event);
-    if (fKestrinView->DoTextInput(text, modifiers, keyCode))
+    const KeyInput key = TakeKeyInput(event);
+    if (SendKey(key))
         return true;
     if (MovesFocus(event))
         return false;
     if (WindowOfViews* window = Window())
-        window->TakeKey(text, modifiers, keyCode);
+        window->TakeKey(key);
     return true;
+}
+
+/// Answers whether the view took the key.
+bool ViewBridge::SendKey(const KeyInput& key) {
+    return TakesInput() && fKestrinView->DoTextInput(key.text, key.modifiers, key.keyCode);
 }
 
 void ViewBridge::HandleFirstResponderChanged(bool isFirstResponder) {
@@ -242,10 +233,8 @@ void ViewBridge::HandleFirstResponderChanged(bool isFirstResponder) {
 
 /// To a view, being pressed by an assistive technology is being pressed with the space bar.
 void ViewBridge::HandleAccessibilityPress() {
-    if (!fKestrinView || !fEnabled)
-        return;
     const CurrentEventScope scope(*this);
-    fKestrinView->DoTextInput(UString(" ", UString::kASCII), 0, kKeyNone);
+    SendKey({UString(" ", UString::kASCII)});
 }
 
 // Visibility and drawing

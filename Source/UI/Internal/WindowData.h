@@ -10,9 +10,6 @@
 
 namespace Kestrin {
 
-/// The style bits of a native window that a window's flags stand for.
-unsigned NativeStyleOf(unsigned int flags);
-
 /// What a window is made of. It turns what happens to the native window into calls of the client.
 class WindowData final : public NativeWindowClient, public WindowOfViews {
 public:
@@ -33,7 +30,7 @@ private:
 
     // What the views ask
     bool IsKeyWindow() const override;
-    void TakeKey(const UString& text, unsigned int modifiers, unsigned char keyCode) override;
+    void TakeKey(const KeyInput& key) override;
 
     Window::WindowEventClient& fClient;
     Window& fWindow;

@@ -75,6 +75,16 @@ TEST(DrawingContext, MultipliesOpacityWithThatOfTheDrawEventAndClampsColours) {
     EXPECT_EQ(clamped.picture.PixelAt(5, 5), kRedPixel);
 }
 
+TEST(DrawingContext, ShortensAStringThatIsTooLong) {
+    const UString text("mmmmmmmmmmmmmmmmmmmm", UString::kASCII);
+    for (const TextTruncate truncate : {kTruncateTail, kTruncateNone}) {
+        DrawEvent event;
+        event.context.SetTruncate(truncate);
+        event.context.DrawString(text, {10, 10, 60, 20}, kTextAlignLeft);
+        EXPECT_EQ(InkOf(event.picture).right < 72, truncate == kTruncateTail);
+    }
+}
+
 TEST(DrawingContext, FillsPathsByNonZeroWindingAndUsesThemUp) {
     Path rings, other;
     rings.AddArc(20, {30, 30}, 0, 7);

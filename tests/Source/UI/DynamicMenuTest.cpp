@@ -94,4 +94,18 @@ TEST(DynamicMenu, AListenerMayDeleteTheMenuOrChangeTheListeners) {
     EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), nullptr);
 }
 
+TEST(DynamicMenu, ForgetsSubMenusAndListenersThatGo) {
+    FilledMenu menu;
+    auto subMenu = std::make_unique<FilledMenu>();
+    auto listener = std::make_unique<Listener>();
+    menu.AddSubMenu(subMenu.get());
+    menu.AddListener(listener.get());
+    const CommandSpecifier command = subMenu->Command(1);
+    EXPECT_TRUE(menu.HandleCommand(command));
+    subMenu.reset();
+    listener.reset();
+    EXPECT_FALSE(menu.CanHandle(command) || menu.HandleCommand(command));
+    EXPECT_TRUE(menu.HandleCommand(menu.Command(1)));
+}
+
 } // namespace

@@ -150,6 +150,8 @@ TEST_F(TextEdit, MayBeDestroyedInEachOfItsCalls) {
         [&] { Type("1"); },
         [&] { Type("Return"); },
         [&] { NativeInput::Click(right, inside); },
+        [&] { edit->Enable(false); },
+        [&] { edit->ShowHide(false); },
     };
     for (const auto& call : calls) {
         CreateEdit(&client);
@@ -173,20 +175,33 @@ TEST_F(TextEdit, MayBeDestroyedInEachOfItsCalls) {
     }
 }
 
-TEST_F(TextEdit, ADisabledFieldTakesNoKeysAndEndsItsEdit) {
+TEST_F(TextEdit, ADisabledFieldEndsItsEditAndTakesNoFocusUntilItIsEnabled) {
     Focus();
     edit->Enable(false);
-    EXPECT_THAT(said, ElementsAre("inactive"));
     NativeInput::Click(*edit, {5, 5});
     Type("1");
-    EXPECT_EQ(Shown(), "");
+    edit->EnableKeyFocus(true);
+    Type("1");
+    EXPECT_THAT(said, ElementsAre("inactive"));
+    EXPECT_FALSE(right.HasKeyFocus());
+    edit->Enable(true);
+    for (const bool tabStop : {true, false}) {
+        edit->SetTabStop(tabStop);
+        NativeInput::Click(right, {5, 5});
+        said.clear();
+        NativeInput::Click(*edit, {5, 5});
+        EXPECT_THAT(said, ElementsAre("active"));
+    }
 }
 
-TEST_F(TextEdit, NeedsNoClient) {
+TEST_F(TextEdit, NeedsNoClientAndLeavesTheArgumentsOfGetSelectionAlone) {
     CreateEdit(nullptr);
     Focus();
     Type("1, Return");
     EXPECT_EQ(Shown(), "1");
+    unsigned int start = 7, end = 9;
+    edit->GetSelection(start, end);
+    EXPECT_EQ(std::pair(start, end), std::pair(7U, 9U));
 }
 
 } // namespace

@@ -63,6 +63,13 @@ TEST_F(TextLayoutTest, WrapsAtLineEndsWordsAndInsideWordsThatAreTooLong) {
     EXPECT_FLOAT_EQ(LineCountOf("abc"), 3) << "one character to a line at least";
 }
 
+TEST_F(TextLayoutTest, ShowsControlCharactersAsBlanks) {
+    for (const TextWrap wrap : {kWrapNone, kWrapWord}) {
+        layout.SetWrap(wrap);
+        EXPECT_EQ(WidthOf("Left\tExtender\x02 1"), WidthOf("Left Extender  1"));
+    }
+}
+
 TEST_F(TextLayoutTest, TruncatesToTheLongestTextThatFitsWithAnEllipsis) {
     const std::string text = "WWWWWWWWWWiiiiiiiiiiiiiiiiiiii";
     const float whole = WidthOf(text);

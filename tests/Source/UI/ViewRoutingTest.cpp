@@ -59,11 +59,29 @@ TEST_F(Routing, AHiddenViewTakesNoPressAndADisabledOneOnlyTheRelease) {
     button.Enable(false);
     Press(button, 5, 5);
     Release(button, 5, 5);
+    BridgeOf(button).HandleKeyDown({"a", u"a"});
     EXPECT_THAT(notes, ElementsAre("button up"));
     button.ShowHide(false);
     notes.clear();
     Press(label, 10, 5);
     EXPECT_THAT(notes, ElementsAre("panel click 30,25"));
+}
+
+TEST_F(Routing, AViewBeneathAnotherHearsThatThePointerLeavesIt) {
+    button.tracksMouse = true;
+    BridgeOf(label).HandleMouseEntered(At(10, 5));
+    BridgeOf(panel).HandleMouseMoved(At(150, 80));
+    BridgeOf(label).HandleMouseMoved(At(10, 5));
+    BridgeOf(panel).HandleMouseExited(At(30, 25)); // onto another window
+    EXPECT_THAT(notes, ElementsAre("button inside 10,5", "button exited 130,60",
+                                   "button inside 10,5", "button exited 10,5"));
+}
+
+TEST_F(Routing, AViewThatLeavesDuringAWalkHidesNoOtherFromIt) {
+    button.tracksMouse = label.tracksMouse = true;
+    button.during = [this](const std::string&) { button.RemoveFromSuperview(); };
+    BridgeOf(panel).HandleMouseMoved(At(30, 25));
+    EXPECT_THAT(notes, ElementsAre("button inside 10,5", "label inside 10,5"));
 }
 
 TEST_F(Routing, KeysHaveTheirTextModifiersAndCode) {

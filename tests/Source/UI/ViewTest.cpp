@@ -10,7 +10,11 @@ public:
     explicit FilledView(const Kestrin::RGBAColor& color)
         : fColor(color) {}
     std::function<void()> duringDraw;
+    bool isOpaque = false;
 
+    bool SupportsFeature(ViewFeature feature) override {
+        return feature != kViewFeatureTransparent || !isOpaque;
+    }
     void DoDraw(Kestrin::DrawingContext& context) override {
         context.FillRect(GetLocalRect(), fColor);
         if (const auto call = duringDraw)
@@ -42,6 +46,44 @@ TEST_F(Views, FramesBetweenPointsStaySharpAtTwoPixelsAPoint) {
     const NativeInput::Picture picture(root, 2);
     for (const int x : {20, 21, 60, 61})
         EXPECT_EQ(picture.At(x, 40) == 0xFF0000u, x == 21 || x == 60) << x;
+}
+
+TEST_F(Views, TheOpacityOfAParentReachesTheOpaqueViewsWithin) {
+    NotingView panel("panel", notes);
+    green->isOpaque = true;
+    Place(*green, {0, 0, 50, 50}, &panel);
+    Place(*red, {0, 0, 50, 50});
+    const auto isMixed = [this] {
+        const std::uint32_t pixel = NativeInput::Picture(root).At(25, 25);
+        return (pixel >> 16 & 0xFF) > 100 && (pixel >> 8 & 0xFF) > 100 && (pixel & 0xFF) < 100;
+    };
+    red->SetOpacity(0.5f);
+    Place(panel, {0, 0, 50, 50}, red.get());
+    EXPECT_TRUE(isMixed());
+    red->SetOpacity(1);
+    EXPECT_EQ(NativeInput::Picture(root).At(25, 25), 0x00FF00u);
+    red->SetOpacity(0.5f);
+    EXPECT_TRUE(isMixed());
+}
+
+TEST_F(Views, WhatIsHiddenOrDisabledLosesTheFocusAndTakesNone) {
+    Place(right, {0, 0, 10, 10}, &left);
+    const std::function<void(bool)> switches[] = {[&](bool on) { right.Enable(on); },
+                                                  [&](bool on) { right.ShowHide(on); },
+                                                  [&](bool on) { left.ShowHide(on); }};
+    for (const auto& turn : switches) {
+        right.EnableKeyFocus(true);
+        notes.clear();
+        turn(false);
+        EXPECT_THAT(notes, testing::Contains("right no focus"));
+        notes.clear();
+        right.EnableKeyFocus(true);
+        NativeInput::Click(right, {5, 5});
+        NativeInput::Type(root, "A");
+        EXPECT_THAT(notes, testing::Not(testing::Contains(testing::StartsWith("right key"))));
+        EXPECT_FALSE(right.HasKeyFocus());
+        turn(true);
+    }
 }
 
 TEST_F(Views, HidingTellsTheViewAndAllShownWithin) {

@@ -54,11 +54,12 @@ public:
     bool takesClicks = true;
     bool tracksMouse = false;
     bool takesKeys = false;
+    bool isOpaque = false;
 
-    bool SupportsFeature(Kestrin::ViewFeature feature) override {
-        return (feature == Kestrin::kViewFeatureClicks && takesClicks) ||
-               (feature == Kestrin::kViewFeatureMouseTracking && tracksMouse) ||
-               feature == Kestrin::kViewFeatureTransparent;
+    bool SupportsFeature(ViewFeature feature) override {
+        return (feature == kViewFeatureClicks && takesClicks) ||
+               (feature == kViewFeatureMouseTracking && tracksMouse) ||
+               (feature == kViewFeatureTransparent && !isOpaque);
     }
     void DoClick(const Point& at, unsigned int modifiers, bool doubleClick) override {
         Note((doubleClick ? "double click " : "click ") + Words(at, modifiers));
@@ -67,8 +68,8 @@ public:
         Note(at.x < -1000 ? "track away" : "track " + Words(at, modifiers));
     }
     void DoMouseUp(unsigned int) override { Note("up"); }
-    void DoMousePosition(Kestrin::MousePosInfo info, const Point& at, unsigned int m) override {
-        Note((info == Kestrin::kMousePosInside ? "inside " : "exited ") + Words(at, m));
+    void DoMousePosition(MousePosInfo info, const Point& at, unsigned int m) override {
+        Note((info == kMousePosInside ? "inside " : "exited ") + Words(at, m));
     }
     void DoMouseWheel(const Point& at, unsigned int m, int dx, int dy) override {
         Note("wheel " + Words(at, m) + " by " + std::to_string(dx) + "," + std::to_string(dy));

@@ -29,6 +29,13 @@ TEST_F(Windows, OneOpensHiddenAndTheActiveStateGoesFromOneToTheOther) {
     EXPECT_THAT(notes, ElementsAre("window inactive", "window active"));
 }
 
+TEST_F(Windows, TheTitleIsShownLiterally) {
+    for (const std::string title : {"[*]", "a[*] & [*][*]b"}) {
+        window->SetWindowTitle(Text(title));
+        EXPECT_EQ(NativeInput::ShownTitle(root), title);
+    }
+}
+
 TEST_F(Windows, AResizeReachesTheRootViewBeforeTheClient) {
     Rect during;
     client.during = [&](const std::string&) { during = root.GetRect(); };

@@ -96,10 +96,13 @@ TEST_F(MessageBox, TheWindowBeneathMayGoWhileItIsOpen) {
     EXPECT_FALSE(Desktop::OpenAlert());
 }
 
-TEST_F(MessageBox, TheEndOfTheProgramAnswersForTheSecondButton) {
+TEST_F(MessageBox, TheEndOfTheProgramAnswersForTheSecondButtonUntilTheLoopHasEnded) {
     EXPECT_EQ(Ask(4, [](const Desktop::Alert&) { NativeApplication::Shared().Terminate(); }), 2);
     EXPECT_EQ(Kestrin::MessageBox("more"_u, "questions"_u, 1), 2);
     EXPECT_EQ(Kestrin::MessageBox("more"_u, "news"_u, 48), 1);
+    NativeApplication::Shared().Run();
+    EXPECT_EQ(AskAndType(4, "Return"), 1) << "shown, and answered by the user";
+    EXPECT_EQ(Ask(4, [](const Desktop::Alert&) { NativeApplication::Shared().Terminate(); }), 2);
 }
 
 } // namespace

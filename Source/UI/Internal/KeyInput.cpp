@@ -1,4 +1,4 @@
-#include "UI/KeyCodes.h"
+#include "UI/Internal/KeyInput.h"
 
 namespace Kestrin {
 
@@ -52,10 +52,12 @@ unsigned int ModifiersOf(unsigned nativeFlags) {
            Moved(nativeFlags, kNativeCommand, kModCommand);
 }
 
-unsigned char KeyCodeOf(const NativeKeyEvent& event) {
-    if (event.charactersIgnoringModifiers.size() != 1)
-        return kKeyNone;
-    return CodeOfCharacter(event.charactersIgnoringModifiers.front(), event.keyCode);
+KeyInput TakeKeyInput(const NativeKeyEvent& event) {
+    gLastNativeKeyCode = event.keyCode;
+    KeyInput input{UString(event.characters, UString::kUTF8), ModifiersOf(event.modifierFlags)};
+    if (event.charactersIgnoringModifiers.size() == 1)
+        input.keyCode = CodeOfCharacter(event.charactersIgnoringModifiers.front(), event.keyCode);
+    return input;
 }
 
 } // namespace Kestrin
