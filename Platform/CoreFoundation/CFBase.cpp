@@ -1,7 +1,5 @@
 #include "Platform/CoreFoundation/CFObject.h"
 
-#include <CoreFoundation/CFBase.h>
-
 using namespace KestrinMIDI;
 
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
@@ -12,14 +10,14 @@ void CFObject::Release() const {
 }
 
 CFTypeRef CFRetain(CFTypeRef object) {
-    static_cast<const CFObject*>(object)->Retain();
+    ObjectOf<CFObject>(object).Retain();
     return object;
 }
 
 void CFRelease(CFTypeRef object) {
-    static_cast<const CFObject*>(object)->Release();
+    ObjectOf<CFObject>(object).Release();
 }
 
 Boolean CFEqual(CFTypeRef first, CFTypeRef second) {
-    return static_cast<const CFObject*>(first)->Equals(*static_cast<const CFObject*>(second));
+    return ObjectOf<CFObject>(first).Equals(ObjectOf<CFObject>(second));
 }

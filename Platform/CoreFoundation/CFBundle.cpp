@@ -1,4 +1,5 @@
 #include "Platform/CoreFoundation/CFURLObject.h"
+#include "Platform/CoreFoundation/FileNames.h"
 #include "Platform/CoreFoundation/UserLanguages.h"
 
 #include <CoreFoundation/CFBundle.h>
@@ -34,13 +35,11 @@ std::string FileNameOf(CFStringRef name, CFStringRef type) {
 }
 
 CFURLRef URLOf(const fs::path& path) {
-    return new CFURL(path.lexically_normal().string(), false);
+    return MakeURL(path.lexically_normal().string(), false);
 }
 
-} // namespace
-
-struct CFBundle final : CFObject {
-    explicit CFBundle(fs::path folder)
+struct BundleObject final : CFObject {
+    explicit BundleObject(fs::path folder)
         : fFolder(std::move(folder)) {}
 
     /// The file at that place among the resources, or an empty path.
@@ -64,20 +63,26 @@ private:
     fs::path fFolder;
 };
 
+CFBundleRef MakeBundle(const fs::path& folder) {
+    return ReferenceTo<CFBundleRef>(new BundleObject(folder));
+}
+
+} // namespace
+
 CFBundleRef CFBundleGetMainBundle() {
-    static const CFHolder<CFBundleRef> bundle(new CFBundle(ProgramFolder()));
+    static const CFHolder<CFBundleRef> bundle(MakeBundle(ProgramFolder()));
     return bundle.Get();
 }
 
 CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef folder) {
+    const std::string& path = PathOf(folder);
     std::error_code error;
-    if (!fs::is_directory(folder->Path(), error))
-        return nullptr;
-    return new CFBundle(folder->Path());
+    return fs::is_directory(path, error) ? MakeBundle(path) : nullptr;
 }
 
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subFolder) {
-    const fs::path found = bundle->FindLocalized(TextOf(subFolder), FileNameOf(name, type));
+    const fs::path found =
+        ObjectOf<BundleObject>(bundle).FindLocalized(TextOf(subFolder), FileNameOf(name, type));
     return found.empty() ? nullptr : URLOf(found);
 }

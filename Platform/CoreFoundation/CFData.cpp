@@ -6,14 +6,16 @@
 
 using namespace KestrinMIDI;
 
-struct CFData final : CFObject {
-    CFData(const UInt8* bytes, CFIndex count)
+namespace {
+
+struct DataObject final : CFObject {
+    DataObject(const UInt8* bytes, CFIndex count)
         : fBytes(bytes, bytes + count) {}
 
     const std::vector<UInt8>& Bytes() const { return fBytes; }
 
     bool Equals(const CFObject& other) const override {
-        const auto* data = dynamic_cast<const CFData*>(&other);
+        const auto* data = dynamic_cast<const DataObject*>(&other);
         return data && data->fBytes == fBytes;
     }
 
@@ -21,14 +23,20 @@ private:
     std::vector<UInt8> fBytes;
 };
 
+const std::vector<UInt8>& BytesOf(CFDataRef data) {
+    return ObjectOf<DataObject>(data).Bytes();
+}
+
+} // namespace
+
 CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex count) {
-    return count < 0 ? nullptr : new CFData(bytes, count);
+    return count < 0 ? nullptr : ReferenceTo<CFDataRef>(new DataObject(bytes, count));
 }
 
 CFIndex CFDataGetLength(CFDataRef data) {
-    return static_cast<CFIndex>(data->Bytes().size());
+    return static_cast<CFIndex>(BytesOf(data).size());
 }
 
 const UInt8* CFDataGetBytePtr(CFDataRef data) {
-    return data->Bytes().data();
+    return BytesOf(data).data();
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <CoreFoundation/CFBase.h>
+
 #include <atomic>
 
 namespace KestrinMIDI {
 
-/// What every CoreFoundation object begins with: its reference count. Objects are handed out as
-/// pointers to this base, so that CFRetain and CFRelease serve all of them.
+/// What every CoreFoundation object begins with: its reference count. The C interface hands objects
+/// out as pointers to this base, so that CFRetain and CFRelease serve all of them.
 class CFObject {
 public:
     CFObject(const CFObject&) = delete;
@@ -25,5 +27,17 @@ protected:
 private:
     mutable std::atomic<int> fReferences{1};
 };
+
+/// The object behind a reference of the C interface, which is of that kind.
+template <typename Object>
+const Object& ObjectOf(CFTypeRef reference) {
+    return static_cast<const Object&>(*static_cast<const CFObject*>(reference));
+}
+
+/// The C interface's reference to an object.
+template <typename Ref>
+Ref ReferenceTo(const CFObject* object) {
+    return static_cast<Ref>(static_cast<CFTypeRef>(object));
+}
 
 } // namespace KestrinMIDI

@@ -11,14 +11,16 @@
 
 using namespace KestrinMIDI;
 
-struct CFString final : CFObject {
-    explicit CFString(CFStringUnits units)
+namespace {
+
+struct StringObject final : CFObject {
+    explicit StringObject(CFStringUnits units)
         : fUnits(std::move(units)) {}
 
     const CFStringUnits& Units() const { return fUnits; }
 
     bool Equals(const CFObject& other) const override {
-        const auto* string = dynamic_cast<const CFString*>(&other);
+        const auto* string = dynamic_cast<const StringObject*>(&other);
         return string && string->fUnits == fUnits;
     }
 
@@ -26,8 +28,18 @@ private:
     CFStringUnits fUnits;
 };
 
+CFStringRef MakeString(CFStringUnits units) {
+    return ReferenceTo<CFStringRef>(new StringObject(std::move(units)));
+}
+
+const CFStringUnits& UnitsOf(CFStringRef string) {
+    return ObjectOf<StringObject>(string).Units();
+}
+
+} // namespace
+
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* units, CFIndex count) {
-    return count < 0 ? nullptr : new CFString(CFStringUnits(units, units + count));
+    return count < 0 ? nullptr : MakeString(CFStringUnits(units, units + count));
 }
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex count,
@@ -41,7 +53,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
     constexpr UniChar kByteOrderMark = 0xFEFF;
     if (isExternalRepresentation && !units->empty() && units->front() == kByteOrderMark)
         units->erase(units->begin());
-    return new CFString(std::move(*units));
+    return MakeString(std::move(*units));
 }
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text,
@@ -51,18 +63,18 @@ CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text
 }
 
 CFIndex CFStringGetLength(CFStringRef string) {
-    return static_cast<CFIndex>(string->Units().size());
+    return static_cast<CFIndex>(UnitsOf(string).size());
 }
 
 void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
-    std::copy_n(string->Units().begin() + range.location, range.length, buffer);
+    std::copy_n(UnitsOf(string).begin() + range.location, range.length, buffer);
 }
 
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
                          UInt8 lossByte, Boolean, UInt8* buffer, CFIndex capacity,
                          CFIndex* usedBytes) {
     ByteSink sink(buffer, static_cast<std::size_t>(std::max<CFIndex>(capacity, 0)));
-    const std::span units(string->Units().data() + range.location,
+    const std::span units(UnitsOf(string).data() + range.location,
                           static_cast<std::size_t>(range.length));
     const std::size_t converted = WriteUnitsAsBytes(units, encoding, lossByte, sink);
     if (usedBytes)
@@ -107,9 +119,9 @@ const UniChar* FindUnits(std::span<const UniChar> units, std::span<const UniChar
 
 Boolean CFStringFindWithOptions(CFStringRef string, CFStringRef wanted, CFRange range,
                                 CFStringCompareFlags options, CFRange* result) {
-    const UniChar* const units = string->Units().data();
+    const UniChar* const units = UnitsOf(string).data();
     const UniChar* const found = FindUnits(
-        {units + range.location, static_cast<std::size_t>(range.length)}, wanted->Units(), options);
+        {units + range.location, static_cast<std::size_t>(range.length)}, UnitsOf(wanted), options);
     if (found && result)
         *result = {found - units, CFStringGetLength(wanted)};
     return found != nullptr;

@@ -21,12 +21,6 @@ std::string WithoutSlashAtEnd(std::string path) {
 
 } // namespace
 
-std::string FileNameOf(CFStringRef string) {
-    std::vector<UniChar> units(static_cast<std::size_t>(CFStringGetLength(string)));
-    CFStringGetCharacters(string, CFRangeMake(0, static_cast<CFIndex>(units.size())), units.data());
-    return FileNameOfUnits(units);
-}
-
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex count,
                                                  Boolean isDirectory) {
     const std::string bytes(path, path + count);
@@ -34,7 +28,7 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* pa
         return nullptr;
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
-    return error ? nullptr : new CFURL(WithoutSlashAtEnd(absolute.string()), isDirectory != 0);
+    return error ? nullptr : MakeURL(WithoutSlashAtEnd(absolute.string()), isDirectory != 0);
 }
 
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef component,
@@ -42,20 +36,18 @@ CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFS
     const std::string name = FileNameOf(component);
     if (!IsName(name))
         return nullptr;
-    const std::string separator = url->Path().ends_with('/') ? "" : "/";
-    return new CFURL(url->Path() + separator + name, isDirectory != 0);
+    const std::string separator = PathOf(url).ends_with('/') ? "" : "/";
+    return MakeURL(PathOf(url) + separator + name, isDirectory != 0);
 }
 
 CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
     if (style != kCFURLPOSIXPathStyle)
         return nullptr;
-    const std::vector<UniChar> units = UnitsOfFileName(url->Path());
-    return CFStringCreateWithCharacters(kCFAllocatorDefault, units.data(),
-                                        static_cast<CFIndex>(units.size()));
+    return CFStringCreateWithFileSystemRepresentation(kCFAllocatorDefault, PathOf(url).c_str());
 }
 
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean, UInt8* buffer, CFIndex capacity) {
-    const std::string& path = url->Path();
+    const std::string& path = PathOf(url);
     if (capacity < 0 || path.size() >= static_cast<std::size_t>(capacity))
         return false;
     std::memcpy(buffer, path.c_str(), path.size() + 1);
@@ -63,5 +55,5 @@ Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean, UInt8* buffer, C
 }
 
 Boolean CFURLHasDirectoryPath(CFURLRef url) {
-    return url->IsFolder();
+    return ObjectOf<URLObject>(url).IsFolder();
 }

@@ -7,17 +7,19 @@
 
 #include <string>
 
-struct CFURL final : KestrinMIDI::CFObject {
+namespace KestrinMIDI {
+
+struct URLObject final : CFObject {
     /// `path` is absolute.
-    CFURL(std::string path, bool isFolder)
+    URLObject(std::string path, bool isFolder)
         : fPath(std::move(path))
         , fIsFolder(isFolder) {}
 
     const std::string& Path() const { return fPath; }
     bool IsFolder() const { return fIsFolder; }
 
-    bool Equals(const KestrinMIDI::CFObject& other) const override {
-        const auto* url = dynamic_cast<const CFURL*>(&other);
+    bool Equals(const CFObject& other) const override {
+        const auto* url = dynamic_cast<const URLObject*>(&other);
         return url && url->fPath == fPath && url->fIsFolder == fIsFolder;
     }
 
@@ -26,5 +28,12 @@ private:
     bool fIsFolder;
 };
 
-/// The string's units as the bytes of a file name.
-std::string FileNameOf(CFStringRef string);
+inline CFURLRef MakeURL(std::string absolutePath, bool isFolder) {
+    return ReferenceTo<CFURLRef>(new URLObject(std::move(absolutePath), isFolder));
+}
+
+inline const std::string& PathOf(CFURLRef url) {
+    return ObjectOf<URLObject>(url).Path();
+}
+
+} // namespace KestrinMIDI

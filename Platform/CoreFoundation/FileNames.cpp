@@ -3,6 +3,8 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
+#include <cstring>
+
 namespace KestrinMIDI {
 
 namespace {
@@ -52,7 +54,9 @@ std::vector<UniChar> UnitsOfFileName(std::string_view bytes) {
     return units;
 }
 
-std::string FileNameOfUnits(std::span<const UniChar> units) {
+std::string FileNameOf(CFStringRef string) {
+    std::vector<UniChar> units(static_cast<std::size_t>(CFStringGetLength(string)));
+    CFStringGetCharacters(string, CFRangeMake(0, static_cast<CFIndex>(units.size())), units.data());
     std::string bytes;
     bytes.reserve(units.size());
     for (std::size_t at = 0; at < units.size();) {
@@ -64,3 +68,19 @@ std::string FileNameOfUnits(std::span<const UniChar> units) {
 }
 
 } // namespace KestrinMIDI
+
+using namespace KestrinMIDI;
+
+CFStringRef CFStringCreateWithFileSystemRepresentation(CFAllocatorRef allocator, const char* path) {
+    const std::vector<UniChar> units = UnitsOfFileName(path);
+    return CFStringCreateWithCharacters(allocator, units.data(),
+                                        static_cast<CFIndex>(units.size()));
+}
+
+Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex capacity) {
+    const std::string bytes = FileNameOf(string);
+    if (static_cast<CFIndex>(bytes.size()) >= capacity || bytes.find('\0') != std::string::npos)
+        return false;
+    std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
+    return true;
+}

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <CoreFoundation/CFBase.h>
+#include <CoreFoundation/CFString.h>
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +12,7 @@ namespace KestrinMIDI {
 /// the unit 0xDC00 + byte, so that each name has a text of its own.
 std::vector<UniChar> UnitsOfFileName(std::string_view bytes);
 
-/// The bytes that UnitsOfFileName made the units from.
-std::string FileNameOfUnits(std::span<const UniChar> units);
+/// The bytes that UnitsOfFileName made the string's units from.
+std::string FileNameOf(CFStringRef string);
 
 } // namespace KestrinMIDI

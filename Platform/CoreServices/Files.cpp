@@ -1,6 +1,6 @@
-#include "Platform/CoreFoundation/CFURLObject.h"
-#include "Platform/CoreFoundation/FileNames.h"
+#include "Platform/CoreServices/URLPath.h"
 
+#include <CoreFoundation/CFHolder.h>
 #include <CoreServices/Files.h>
 
 #include <sys/stat.h>
@@ -9,8 +9,6 @@
 #include <cstring>
 #include <filesystem>
 #include <optional>
-
-using namespace KestrinMIDI;
 
 namespace {
 
@@ -68,17 +66,27 @@ UInt32 ParentNumber(const FSRef& ref) {
 }
 
 bool CopyName(const std::string& name, HFSUniStr255& result) {
-    const std::vector<UniChar> units = UnitsOfFileName(name);
-    if (units.size() > std::size(result.unicode))
+    const CFHolder<CFStringRef> text(
+        CFStringCreateWithFileSystemRepresentation(kCFAllocatorDefault, name.c_str()));
+    const CFIndex length = CFStringGetLength(text.Get());
+    if (length > static_cast<CFIndex>(std::size(result.unicode)))
         return false;
-    result.length = static_cast<UInt16>(units.size());
-    std::copy(units.begin(), units.end(), result.unicode);
+    result.length = static_cast<UInt16>(length);
+    CFStringGetCharacters(text.Get(), CFRangeMake(0, length), result.unicode);
     return true;
 }
 
-bool IsFileName(const std::string& name) {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
-           name.find('\0') == std::string::npos;
+/// The units as a file's name; empty where no file can bear it.
+std::string FileNameOf(const UniChar* units, UniCharCount length) {
+    const CFHolder<CFStringRef> text(
+        CFStringCreateWithCharacters(kCFAllocatorDefault, units, static_cast<CFIndex>(length)));
+    std::string name(length * 3 + 1, '\0'); // a unit takes three bytes at most
+    if (!text || !CFStringGetFileSystemRepresentation(text.Get(), name.data(),
+                                                      static_cast<CFIndex>(name.size())))
+        return {};
+    name.resize(std::strlen(name.c_str()));
+    const bool isPlain = name != "." && name != ".." && name.find('/') == std::string::npos;
+    return isPlain ? name : std::string();
 }
 
 } // namespace
@@ -108,8 +116,8 @@ OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap which, FSCatalogInf
 
 OSErr FSMakeFSRefUnicode(const FSRef* folder, UniCharCount length, const UniChar* name,
                          TextEncoding, FSRef* ref) {
-    const std::string leaf = FileNameOfUnits({name, length});
-    if (!IsFileName(leaf))
+    const std::string leaf = FileNameOf(name, length);
+    if (leaf.empty())
         return bdNamErr;
     const fs::path path = PathOf(*folder);
     if (!StatusOf(path / leaf))
@@ -120,11 +128,13 @@ OSErr FSMakeFSRefUnicode(const FSRef* folder, UniCharCount length, const UniChar
 }
 
 Boolean CFURLGetFSRef(CFURLRef url, FSRef* ref) {
-    return ReferTo(url->Path(), *ref);
+    return ReferTo(PathOfURL(url), *ref);
 }
 
 CFURLRef CFURLCreateFromFSRef(CFAllocatorRef, const FSRef* ref) {
-    const fs::path path = PathOf(*ref);
+    const std::string path = PathOf(*ref);
     std::error_code error;
-    return path.empty() ? nullptr : new CFURL(path.string(), fs::is_directory(path, error));
+    return CFURLCreateFromFileSystemRepresentation(
+        kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path.data()),
+        static_cast<CFIndex>(path.size()), fs::is_directory(path, error));
 }

@@ -1,4 +1,4 @@
-#include "Platform/CoreFoundation/CFURLObject.h"
+#include "Platform/CoreServices/URLPath.h"
 
 #include <CoreServices/Files.h>
 #include <CoreServices/LaunchServices.h>
@@ -12,8 +12,6 @@
 #include <cstdlib>
 #include <sstream>
 #include <vector>
-
-using namespace KestrinMIDI;
 
 namespace {
 
@@ -81,11 +79,12 @@ bool StartDetached(std::vector<std::string> command) {
 OSStatus LSOpenCFURLRef(CFURLRef document, CFURLRef* launched) {
     if (launched)
         *launched = nullptr;
-    if (access(document->Path().c_str(), F_OK) != 0)
+    const std::string path = PathOfURL(document);
+    if (access(path.c_str(), F_OK) != 0)
         return fnfErr;
     std::vector<std::string> command = FindOpener();
     if (command.empty())
         return kLSApplicationNotFoundErr;
-    command.push_back(document->Path());
+    command.push_back(path);
     return StartDetached(std::move(command)) ? noErr : kLSApplicationNotFoundErr;
 }

@@ -4,16 +4,14 @@
 #include "Surfaces/SurfaceDiscovery.h"
 #include "Surfaces/SurfaceGroups.h"
 
-#include "Platform/CoreMIDI/Store/SQLite.h"
 #include "bench/Surfaces/CabledStudio.h"
 
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 
 #include <cstdint>
 #include <string>
 #include <vector>
-
-using namespace KestrinMIDI;
 
 namespace {
 
@@ -36,25 +34,33 @@ struct Row {
 
 /// Every property of every object.
 std::vector<Row> ReadRows(sqlite3* connection) {
-    Statement query(connection, "SELECT id, type, unique_id, key, value FROM objects "
-                                "LEFT JOIN properties ON object = id");
+    sqlite3_stmt* query = nullptr;
+    sqlite3_prepare_v2(connection,
+                       "SELECT id, type, unique_id, key, value FROM objects "
+                       "LEFT JOIN properties ON object = id",
+                       -1, &query, nullptr);
+    const auto bytes = [query](int column) {
+        const auto* data = static_cast<const char*>(sqlite3_column_blob(query, column));
+        return std::string(data, static_cast<std::size_t>(sqlite3_column_bytes(query, column)));
+    };
     std::vector<Row> rows;
-    while (query.Step() == SQLITE_ROW)
-        rows.push_back({query.Integer(0), query.Integer(1), query.Integer(2),
-                        std::string(query.Bytes(3)), std::string(query.Bytes(4))});
+    while (sqlite3_step(query) == SQLITE_ROW)
+        rows.push_back({sqlite3_column_int64(query, 0), sqlite3_column_int64(query, 1),
+                        sqlite3_column_int64(query, 2), bytes(3), bytes(4)});
+    sqlite3_finalize(query);
     return rows;
 }
 
 void ScanWithSQLite(benchmark::State& state, int surfaces) {
     const std::string file = UseCabledStudio(surfaces);
-    sqlite3* opened = nullptr;
-    sqlite3_open(file.c_str(), &opened);
-    const ConnectionHolder connection(opened);
+    sqlite3* connection = nullptr;
+    sqlite3_open(file.c_str(), &connection);
     for (auto _ : state) {
-        const std::vector<Row> rows = ReadRows(opened);
+        const std::vector<Row> rows = ReadRows(connection);
         if (rows.size() < static_cast<std::size_t>(surfaces))
             state.SkipWithError("the rows were not read");
     }
+    sqlite3_close(connection);
 }
 
 void NormaliseOurs(benchmark::State& state, int surfaces) {

@@ -5,9 +5,20 @@
 
 #include <stdint.h>
 
+// What these two enclose has C names and is offered to those who link the library.
 #ifdef __cplusplus
-extern "C" {
+#define CF_EXTERN_C_BEGIN                                                                          \
+    extern "C" {                                                                                   \
+    _Pragma("GCC visibility push(default)")
+#define CF_EXTERN_C_END                                                                            \
+    _Pragma("GCC visibility pop")                                                                  \
+    }
+#else
+#define CF_EXTERN_C_BEGIN
+#define CF_EXTERN_C_END
 #endif
+
+CF_EXTERN_C_BEGIN
 
 typedef uint8_t UInt8;
 typedef uint16_t UInt16;
@@ -57,6 +68,4 @@ void CFRelease(CFTypeRef object);
 /// Whether both are of one kind and of equal content. Null is not allowed.
 Boolean CFEqual(CFTypeRef first, CFTypeRef second);
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END

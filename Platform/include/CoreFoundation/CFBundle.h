@@ -7,9 +7,7 @@
 #include <CoreFoundation/CFString.h>
 #include <CoreFoundation/CFURL.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+CF_EXTERN_C_BEGIN
 
 typedef const struct CFBundle* CFBundleRef;
 
@@ -29,6 +27,4 @@ CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef folder);
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subFolder);
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END

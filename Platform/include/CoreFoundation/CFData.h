@@ -4,9 +4,7 @@
 
 #include <CoreFoundation/CFBase.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+CF_EXTERN_C_BEGIN
 
 typedef const struct CFData* CFDataRef;
 
@@ -18,6 +16,4 @@ CFIndex CFDataGetLength(CFDataRef data);
 /// The bytes, which live as long as the object. Of an empty object the pointer may be null.
 const UInt8* CFDataGetBytePtr(CFDataRef data);
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END

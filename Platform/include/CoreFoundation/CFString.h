@@ -4,9 +4,7 @@
 
 #include <CoreFoundation/CFBase.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+CF_EXTERN_C_BEGIN
 
 typedef const struct CFString* CFStringRef;
 typedef UInt32 CFStringEncoding;
@@ -52,6 +50,13 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
 Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex capacity,
                            CFStringEncoding encoding);
 
+/// The string of a file name or path. A byte that is no UTF-8 becomes a unit 0xDC80 to 0xDCFF.
+CFStringRef CFStringCreateWithFileSystemRepresentation(CFAllocatorRef allocator, const char* path);
+
+/// Writes the bytes of the file name or path that the string stands for, and a closing 0, into
+/// `capacity` bytes. False when they do not fit or the string has a 0 unit in it.
+Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex capacity);
+
 /// The encoding of the system's own byte strings: UTF-8.
 CFStringEncoding CFStringGetSystemEncoding(void);
 
@@ -65,6 +70,4 @@ Boolean CFStringFindWithOptions(CFStringRef string, CFStringRef wanted, CFRange 
 CFStringRef CFStringMakeConstantString(const char* text);
 #define CFSTR(text) CFStringMakeConstantString("" text "")
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END

@@ -7,9 +7,7 @@
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFString.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+CF_EXTERN_C_BEGIN
 
 typedef const struct CFURL* CFURLRef;
 
@@ -38,6 +36,4 @@ Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBas
 /// Whether the URL was made as that of a folder.
 Boolean CFURLHasDirectoryPath(CFURLRef url);
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END
