@@ -20,9 +20,7 @@
 
 #include <stddef.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+CF_EXTERN_C_BEGIN
 
 typedef unsigned long ItemCount;
 
@@ -176,6 +174,4 @@ OSStatus MIDIDeviceRemoveEntity(MIDIDeviceRef device, MIDIEntityRef entity);
 /// opens it anew and takes the plugged devices anew.
 OSStatus MIDIRestart(void);
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END

@@ -4,9 +4,7 @@
 
 #include <CoreMIDI/CoreMIDI.h>
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+CF_EXTERN_C_BEGIN
 
 // The database file: $KESTRIN_MIDI_DATABASE, else kestrin-midi/objects.sqlite3 under $XDG_DATA_HOME
 // (~/.local/share when unset). It is made, with its folders, at the first call.
@@ -119,6 +117,4 @@ CFStringRef KestrinMIDIObjectCopyPropertyKey(MIDIObjectRef object, ItemCount ind
 ItemCount KestrinMIDIGetNumberOfVirtualEndpoints(void);
 MIDIEndpointRef KestrinMIDIGetVirtualEndpoint(ItemCount index0);
 
-#ifdef __cplusplus
-}
-#endif
+CF_EXTERN_C_END
