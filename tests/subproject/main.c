@@ -1,5 +1,0 @@
-#include <CoreMIDI/CoreMIDI.h>
-
-int main(void) {
-    return (int)MIDIGetNumberOfDevices();
-}
