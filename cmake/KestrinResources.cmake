@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # kestrin_resources(TARGET FOLDER): keeps a copy of FOLDER's files as Resources/ beside the program, where
 # it looks for them.
 function(kestrin_resources target folder)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Every target of the project is made through these, so that the language level, the include roots and
 # the warnings are said once.
 
