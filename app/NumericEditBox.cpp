@@ -111,10 +111,15 @@ void NumericEditBox::ActiveStateChanged(OSTextEdit*, bool active) {
         Judge();
 }
 
+bool NumericEditBox::AcceptsText(OSTextEdit*, const UString& text) {
+    return IsNumeric(text);
+}
+
 void NumericEditBox::Judge() {
     const int number = Get();
     if (IsInRange(number)) {
         fValue = number;
+        fField->SetText(NumToUString(number, kDecimalFormat));
         return;
     }
     MessageBox(RangeMessage(), LookupString("Invalid Number"), kMessageBoxCritical);

@@ -5,9 +5,10 @@
 
 #include <memory>
 
-/// A text field for a whole number within a closed range, 25 points high. Only digits can be typed;
-/// the arrow keys step the number. When the field loses the keyboard focus the entry is judged: a
-/// number out of range is reported in a message box and replaced by the last accepted one.
+/// A text field for a whole number within a closed range, 25 points high. Only digits can be typed,
+/// pasted or dropped; the arrow keys step the number. When the field loses the keyboard focus the
+/// entry is judged: a number out of range is reported in a message box and replaced by the last
+/// accepted one. The field then shows the accepted number as it is written, also for "007" or none.
 class NumericEditBox : public Kestrin::View, public Kestrin::OSTextEditViewClient {
 public:
     NumericEditBox() = default;
@@ -30,6 +31,7 @@ public:
     bool FilterTextEditDoTextInput(Kestrin::OSTextEdit* edit, const UString& text,
                                    unsigned int modifiers, unsigned char key) override;
     void ActiveStateChanged(Kestrin::OSTextEdit* edit, bool active) override;
+    bool AcceptsText(Kestrin::OSTextEdit* edit, const UString& text) override;
 
 private:
     void SetUpField();

@@ -4,9 +4,11 @@
 #include "Platform/Qt/QtText.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QFocusEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QValidator>
 #include <limits>
 
 namespace Kestrin {
@@ -25,6 +27,21 @@ bool IsGivenByProgram(Qt::FocusReason reason) {
            (reason == Qt::MouseFocusReason && QGuiApplication::mouseButtons() == Qt::NoButton);
 }
 
+/// The toolkit asks its validator about the outcome of every edit before it is shown.
+class EditJudge final : public QValidator {
+public:
+    explicit EditJudge(QtFieldWidget* field)
+        : QValidator(field)
+        , fField(field) {}
+
+    State validate(QString& text, int&) const override {
+        return fField->Accepts(text) ? Acceptable : Invalid;
+    }
+
+private:
+    QtFieldWidget* fField;
+};
+
 } // namespace
 
 QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
@@ -32,6 +49,7 @@ QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
     , fClient(client) {
     setFrame(false);
     setMaxLength(std::numeric_limits<int>::max());
+    setValidator(new EditJudge(this));
     // Focus can move while the window is inactive; no event of the widget's own tells so.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         const QtEventTarget::Running running;
@@ -43,6 +61,10 @@ QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
 void QtFieldWidget::ForgetClient() {
     fClient = nullptr;
     disconnect(qApp, nullptr, this, nullptr);
+}
+
+bool QtFieldWidget::Accepts(const QString& text) const {
+    return !fClient || fClient->HandleFieldTextWillChange(ToUtf8(text));
 }
 
 bool QtFieldWidget::event(QEvent* event) {
@@ -80,6 +102,12 @@ void QtFieldWidget::inputMethodEvent(QInputMethodEvent* event) {
     }
     QInputMethodEvent rest(event->preeditString(), event->attributes());
     QLineEdit::inputMethodEvent(&rest);
+}
+
+void QtFieldWidget::dropEvent(QDropEvent* event) {
+    // Begins an edit, whose end then judges what was dropped.
+    setFocus();
+    QLineEdit::dropEvent(event);
 }
 
 void QtFieldWidget::focusInEvent(QFocusEvent* event) {

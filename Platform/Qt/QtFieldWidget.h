@@ -17,8 +17,12 @@ public:
 
     bool IsEditing() const { return fEditing; }
 
+    /// Whether an edit may make `text` of the field's text.
+    bool Accepts(const QString& text) const;
+
 protected:
     bool event(QEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;

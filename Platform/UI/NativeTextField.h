@@ -10,7 +10,7 @@ namespace Kestrin {
 
 class NativeView;
 
-/// The owner of a native text field. Each call may destroy the field.
+/// The owner of a native text field. Each call but the last may destroy the field.
 class NativeTextFieldClient {
 public:
     /// A key press, a repeated one, or text that an input method types, before the field takes it.
@@ -18,6 +18,9 @@ public:
     virtual bool HandleFieldKeyDown(const NativeKeyEvent& event) = 0;
     virtual void HandleFieldEditingBegan() = 0;
     virtual void HandleFieldEditingEnded() = 0;
+    /// An edit of any kind (keys, paste, drop) is about to make `text` of the field's text, UTF-8.
+    /// False refuses that edit as a whole.
+    virtual bool HandleFieldTextWillChange(const std::string& text) = 0;
 
 protected:
     ~NativeTextFieldClient() = default;

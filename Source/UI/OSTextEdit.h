@@ -9,7 +9,7 @@ namespace Kestrin {
 
 class OSTextEdit;
 
-/// The owner of a text edit, as the edit sees it. Either call may destroy the edit.
+/// The owner of a text edit, as the edit sees it. The first two calls may destroy the edit.
 class OSTextEditViewClient {
 public:
     /// A key was pressed in the field, which has not seen it yet. `text` is what it would type,
@@ -21,6 +21,10 @@ public:
     /// The field has gained or lost the keyboard focus. A text set during the call for the loss is
     /// what the field shows afterwards.
     virtual void ActiveStateChanged(OSTextEdit* edit, bool active) = 0;
+
+    /// Whether the field may show `text`, which an edit of any kind, also a paste or a drop, is
+    /// about to make of its text. False refuses that edit as a whole. Not for destroying the edit.
+    virtual bool AcceptsText(OSTextEdit* edit, const UString& text);
 
 protected:
     ~OSTextEditViewClient() = default;

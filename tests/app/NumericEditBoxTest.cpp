@@ -1,6 +1,9 @@
 #include "app/NumericEditBox.h"
 
 #include "UI/KeyCodes.h"
+#include "UI/Window.h"
+
+#include "tests/support/NativeInput.h"
 
 #include <gtest/gtest.h>
 
@@ -43,6 +46,35 @@ TEST_F(NumericEditBoxTest, ArrowsStepWithinTheRangeAndOthersShowNothingOutsideIt
     box.ActiveStateChanged(nullptr, true);
     box.Show(9);
     EXPECT_EQ(box.Get(), 127) << "not while the user edits";
+}
+
+TEST(NumericEditBoxInAWindow, ShowsTheNumberThatItAcceptedAndTakesNoOthers) {
+    struct Client final : Window::WindowEventClient {
+        void WindowClosedNotification(Window*) override {}
+        void WindowActivationChanged(Window*, bool) override {}
+    } client;
+    Window* window = Window::Create(client, UString(), 200, 100, 0);
+    View& root = *window->GetRootView();
+    {
+        NumericEditBox box;
+        box.Init(&root, {0, 0}, 80, 0, 127, UString("Group", UString::kASCII));
+        window->Activate();
+        EXPECT_TRUE(NativeInput::WaitUntil([&] { return root.IsViewActive(); }));
+        for (const auto& [keys, shown] :
+             {std::pair("0, 0, 7, Return", "7"), {"Backspace, Return", "0"}}) {
+            NativeInput::Click(root, {40, 12});
+            NativeInput::Type(root, "Ctrl+A");
+            NativeInput::Type(root, keys);
+            NativeInput::Click(root, {40, 12});
+            EXPECT_EQ(NativeInput::SpokenOfFocus(root),
+                      std::string("EditableText|Group|") + shown + "|focused");
+        }
+        NativeInput::DropText(root, {40, 12}, "4x");
+        EXPECT_EQ(box.Get(), 0);
+        NativeInput::DropText(root, {40, 12}, "4");
+        EXPECT_NE(box.Get(), 0);
+    }
+    Window::DestroyWindow(window);
 }
 
 } // namespace

@@ -10,8 +10,10 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
+#include <QDropEvent>
 #include <QImage>
 #include <QMetaEnum>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -90,6 +92,17 @@ void TypeByInputMethod(const View& anyView, const std::string& text) {
 
 std::string ShownTitle(const View& anyView) {
     return Kestrin::ToUtf8(WindowOf(anyView)->title());
+}
+
+void DropText(const View& view, const Point& where, const std::string& text) {
+    QMimeData data;
+    data.setText(Kestrin::ToQString(text));
+    QWidget* const target = WidgetOf(view).childAt(QPointF(where.x, where.y).toPoint());
+    QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &enter);
+    QDropEvent drop(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(target, &drop);
+    Settle();
 }
 
 void CloseWindow(const View& anyView) {

@@ -41,6 +41,9 @@ void RepeatKey(const Kestrin::View& anyView, char digit);
 /// An input method commits a text, UTF-8.
 void TypeByInputMethod(const Kestrin::View& anyView, const std::string& text);
 
+/// Drops a text, UTF-8, that was dragged from another program.
+void DropText(const Kestrin::View& view, const Kestrin::Point& where, const std::string& text);
+
 // The window that a view stands in.
 
 std::string ShownTitle(const Kestrin::View& anyView);

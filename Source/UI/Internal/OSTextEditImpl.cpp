@@ -67,6 +67,10 @@ public:
             fNative.SetText(fNative.GetText());
     }
 
+    bool HandleFieldTextWillChange(const std::string& text) override {
+        return !fClient || fClient->AcceptsText(&fTextEdit, UString(text, UString::kUTF8));
+    }
+
 private:
     OSTextEditViewClient* fClient;
     OSTextEdit& fTextEdit;
@@ -74,6 +78,10 @@ private:
     std::shared_ptr<void> fAlive = std::make_shared<char>();
     NativeTextField fNative;
 };
+
+bool OSTextEditViewClient::AcceptsText(OSTextEdit*, const UString&) {
+    return true;
+}
 
 OSTextEdit::OSTextEdit(OSTextEditViewClient* client, bool handlesEditCommands)
     : RequestHandler(nullptr)

@@ -13,6 +13,7 @@ public:
     std::vector<std::string> notes;
     std::function<bool()> filter;
     std::function<void(bool active)> during;
+    std::string refused;
 
     bool FilterTextEditDoTextInput(OSTextEdit* edit, const UString& text, unsigned int modifiers,
                                    unsigned char key) override {
@@ -24,6 +25,9 @@ public:
         notes.push_back(active ? "active" : "inactive");
         if (during)
             during(active);
+    }
+    bool AcceptsText(OSTextEdit*, const UString& text) override {
+        return refused.empty() || text.utf8_str().find(refused) == std::string::npos;
     }
 };
 
@@ -82,6 +86,20 @@ TEST_F(TextEdit, ShortcutsTypeNothingAndWork) {
     EXPECT_EQ(said.back(), "'' 4096 0 in '12'");
     Type("Ctrl+Z");
     EXPECT_EQ(Shown(), "12") << "the field can undo";
+}
+
+TEST_F(TextEdit, RefusesAsAWholeAnEditWhoseOutcomeTheClientDoesNotAccept) {
+    Focus();
+    Type("1, X, Ctrl+A, Ctrl+C");
+    edit->SetText(Text("78"));
+    client.refused = "x";
+    Type("Home, Ctrl+V, Ctrl+A, Ctrl+V");
+    NativeInput::DropText(*edit, {5, 5}, "2x");
+    EXPECT_EQ(Shown(), "78");
+    Type("Return");
+    NativeInput::DropText(*edit, {5, 5}, "9");
+    EXPECT_NE(Shown().find('9'), std::string::npos);
+    EXPECT_EQ(said.back(), "active") << "what is dropped is judged when the edit ends";
 }
 
 TEST_F(TextEdit, ReturnEnterAndEscapeEndEditingUnlessTheClientSwallowsThem) {
