@@ -1,6 +1,7 @@
 #include "Surfaces/SurfaceGroups.h"
 
 #include <CoreFoundation/CFHolder.h>
+#include <CoreMIDI/MIDIChanges.h>
 
 #include <algorithm>
 
@@ -48,13 +49,19 @@ void NormaliseGroupPositions(std::vector<MidiDevice>& devices) {
         devices[i].groupPosition = FreeGroupPosition(devices, i);
 }
 
-void WriteGroupSettings(const std::vector<MidiDevice>& devices) {
+OSStatus WriteGroupSettings(const std::vector<MidiDevice>& devices) {
+    if (devices.empty())
+        return noErr;
+    MIDIChanges changes;
+    if (changes.Status() != noErr)
+        return changes.Status();
     for (const MidiDevice& device : devices) {
         MIDIObjectRef object = 0;
         MIDIObjectType type{};
         if (MIDIObjectFindByUniqueID(device.uniqueID, &object, &type) != noErr)
-            return;
+            break;
         for (const SurfaceSetting* setting : kSurfaceSettings)
             MIDIObjectSetIntegerProperty(object, KeyOf(*setting).Get(), device.*setting->value);
     }
+    return changes.End();
 }

@@ -23,36 +23,35 @@ SInt32 FreeGroupPosition(const std::vector<MidiDevice>& devices, std::size_t ind
 
 /// One of the settings: where it stands, and what is special about it.
 struct SurfaceSetting {
-    const char* key; ///< of the property
-    SInt32 first;    ///< the range in which it is edited
-    SInt32 last;
+    const char* key;           ///< of the property
     SInt32 MidiDevice::*value; ///< its place in a record
-
-    /// The place in a record of its default, which a surface without the property gets. Null: 0.
-    SInt32 MidiDevice::*defaultValue;
 
     /// The place in a record of what was entered for it when another surface is chosen.
     /// Deliberately crosswise: mixers in use rely on what switching has always stored.
     SInt32 MidiDevice::*valueOnSwitch;
 
+    /// The place in a record of its default, which a surface without the property gets. Null: 0.
+    SInt32 MidiDevice::*defaultValue = nullptr;
+
     /// What is shown for the record at an index. Null: its value.
-    SInt32 (*shown)(const std::vector<MidiDevice>& devices, std::size_t index);
+    SInt32 (*shown)(const std::vector<MidiDevice>& devices, std::size_t index) = nullptr;
+
+    /// The range in which it is edited.
+    SInt32 first = kFirstGroupSetting;
+    SInt32 last = kLastGroupSetting;
 
     SInt32 Shown(const std::vector<MidiDevice>& devices, std::size_t index) const {
         return shown != nullptr ? shown(devices, index) : devices[index].*value;
     }
 };
 
-inline constexpr SurfaceSetting kGroupPositionSetting{
-    kGroupPositionKey,     kFirstGroupSetting,   kLastGroupSetting, &MidiDevice::groupPosition,
-    &MidiDevice::uniqueID, &MidiDevice::groupID, FreeGroupPosition};
-inline constexpr SurfaceSetting kGroupSetting{kGroupIDKey,
-                                              kFirstGroupSetting,
-                                              kLastGroupSetting,
-                                              &MidiDevice::groupID,
-                                              nullptr,
-                                              &MidiDevice::groupPosition,
-                                              nullptr};
+inline constexpr SurfaceSetting kGroupPositionSetting{.key = kGroupPositionKey,
+                                                      .value = &MidiDevice::groupPosition,
+                                                      .valueOnSwitch = &MidiDevice::groupID,
+                                                      .defaultValue = &MidiDevice::uniqueID,
+                                                      .shown = FreeGroupPosition};
+inline constexpr SurfaceSetting kGroupSetting{
+    .key = kGroupIDKey, .value = &MidiDevice::groupID, .valueOnSwitch = &MidiDevice::groupPosition};
 
 /// All of them, in the order in which they are read and written.
 inline constexpr const SurfaceSetting* kSurfaceSettings[] = {&kGroupPositionSetting,
@@ -66,6 +65,6 @@ void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device);
 /// Writes nothing to the MIDI objects.
 void NormaliseGroupPositions(std::vector<MidiDevice>& devices);
 
-/// Writes both settings of every record, in order, to the MIDI objects. Ends at the first record
-/// whose object is gone; a value that cannot be written is passed over.
-void WriteGroupSettings(const std::vector<MidiDevice>& devices);
+/// Writes all settings of the records, in order, to the MIDI objects, up to the first record whose
+/// object is gone: all of these or, where the answer is not 0, none.
+OSStatus WriteGroupSettings(const std::vector<MidiDevice>& devices);

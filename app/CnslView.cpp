@@ -8,6 +8,7 @@
 
 #include "app/BtnUI.h"
 #include "app/CBasicApp.h"
+#include "app/DatabaseAlerts.h"
 #include "app/HelpDocument.h"
 #include "app/Look.h"
 #include "app/MenuUI.h"
@@ -84,6 +85,7 @@ void CnslView::Init() {
     GetAvailableDevices(fSurfaces);
     NormaliseGroupPositions(fSurfaces);
     if (fSurfaces.empty()) {
+        TellWhyDatabaseIsRefused();
         OfferHelp();
         return;
     }
@@ -144,8 +146,10 @@ void CnslView::SwitchSurface() {
 void CnslView::Confirm() {
     KeepEntries(&SurfaceSetting::value);
     SetCurrentSurfaceIndex(fCurrent);
-    WriteGroupSettings(fSurfaces);
-    fApp->Quit();
+    if (const OSStatus status = WriteGroupSettings(fSurfaces); status == noErr)
+        fApp->Quit();
+    else
+        TellThatNothingWasStored(status);
 }
 
 void CnslView::KeepEntries(SettingPlace place) {

@@ -23,7 +23,8 @@ public:
     ~CnslView() override;
 
     /// Finds the surfaces, which gives new ones their default settings, fills the pop-up and shows
-    /// the first surface. With none it asks whether to open the help document.
+    /// the first surface. With none it tells what is wrong with the database of MIDI objects, if
+    /// anything, and asks whether to open the help document.
     void Init();
 
     /// Shows the surface `index`, counted from 0 in the order found; nothing when there is none

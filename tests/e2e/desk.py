@@ -3,11 +3,13 @@
 Everything waits on a condition; nothing waits a fixed time.
 """
 
+import contextlib
 import json
 import os
 import pathlib
 import re
 import signal
+import sqlite3
 import subprocess
 import tempfile
 import time
@@ -76,6 +78,14 @@ class Studio:
 
     def surfaces(self):
         return json.loads(self.midisetup("surfaces", "--json"))
+
+    @contextlib.contextmanager
+    def locked(self):
+        """Another program keeps the database from being written."""
+        other = sqlite3.connect(self.environment["KESTRIN_MIDI_DATABASE"], isolation_level=None)
+        other.execute("BEGIN IMMEDIATE")
+        yield
+        other.close()
 
     def settings(self):
         """(group, position) of every surface, in the program's order, as stored."""

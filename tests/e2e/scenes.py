@@ -79,6 +79,20 @@ class SettingsWindow(Scene):
         self.assertEndsSilently(self.program)
         self.assertEqual(self.studio.settings()[0][0], stored[0])
 
+    def test_ok_on_a_locked_database_tells_so_once_and_can_be_tried_again(self):
+        before = self.studio.settings()
+        self.program.set_number(GROUP, "9")
+        with self.studio.locked():
+            self.program.click(*OK)
+            self.program.await_alert()
+            keep_picture("nothing-stored")
+            self.program.key("Return")
+            self.program.await_no_alert()
+        self.assertEqual(self.studio.settings(), before)
+        self.program.click(*OK)
+        self.assertEndsSilently(self.program)
+        self.assertEqual(self.studio.settings()[0], (9, before[0][1]))
+
     def test_cancel_and_closing_store_nothing(self):
         before = self.studio.settings()
         self.program.set_number(GROUP, "9")

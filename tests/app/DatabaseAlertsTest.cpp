@@ -1,0 +1,61 @@
+#include "app/DatabaseAlerts.h"
+
+#include "app/CBasicApp.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <fstream>
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+/// Closes an alert with the key, after the look at it.
+auto Closing(const char* key, std::function<void(const Desktop::Alert&)> look) {
+    return [=](const Desktop::Alert& alert) {
+        look(alert);
+        Desktop::Type(key);
+    };
+}
+
+TEST(DatabaseAlerts, TellWhyTheDatabaseIsRefusedBeforeTheQuestion) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder / "J\u00FCrgens St\u00FCcke.sqlite3";
+    std::ofstream(path) << std::string(8192, 'x');
+    setenv("KESTRIN_MIDI_DATABASE", path.c_str(), 1);
+    MIDIRestart();
+
+    Desktop::Script script;
+    script.WhenAlertIsOpen(Closing("Return", [&](const Desktop::Alert& alert) {
+        EXPECT_EQ(alert.headline, "Can't use the database of MIDI devices");
+        EXPECT_THAT(alert.text, HasSubstr(path.string()));
+        EXPECT_THAT(alert.text, EndsWith("what can be read of it."));
+    }));
+    script.WhenAlertIsOpen(Closing("Escape", [](const Desktop::Alert& alert) {
+        EXPECT_THAT(alert.text, StartsWith("No compatible surfaces are installed."));
+    }));
+    const CBasicApp app(Kestrin::Application::PlatformParameters{});
+    script.Play();
+
+    unsetenv("KESTRIN_MIDI_DATABASE");
+    MIDIRestart();
+}
+
+TEST(DatabaseAlerts, TellWhyNothingWasStored) {
+    Desktop::Script script;
+    script.WhenAlertIsOpen(Closing("Return", [](const Desktop::Alert& alert) {
+        EXPECT_TRUE(alert.isCritical);
+        EXPECT_THAT(alert.text,
+                    HasSubstr("changed.\n\nThe disk with the MIDI database is full.\n"));
+    }));
+    TellThatNothingWasStored(kKestrinMIDIErrFull);
+}
+
+} // namespace
