@@ -29,11 +29,6 @@ const CFStringRef kKestrinMIDIPropertyUSBVendorProduct = CFSTR("USBVendorProduct
 
 namespace {
 
-/// Whether the system says if the object is there, not a person.
-bool HasDriver(const StoredObject& object) {
-    return object.Root().hardware != nullptr;
-}
-
 /// Looks a property of one kind up, the object's own or inherited.
 OSStatus Find(const StoredObject* object, PropertyKey key, PropertyValue::Kind kind,
               const PropertyValue*& value) {

@@ -152,6 +152,8 @@ void Service::TakeSnapshot() {
         return;
     fPlugged = binding.Plugged();
     fStore.SetPlugged(fPlugged);
+    for (const ChangeWatch* const watch : fWatches)
+        watch->Ring();
 }
 
 OSStatus Service::WritePlugged(const LiveStudio& studio, LiveBinding& binding) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/CoreMIDI/Interface/ChangeWatch.h"
 #include "Platform/CoreMIDI/Live/SequencerSnapshot.h"
 #include "Platform/CoreMIDI/Store/Database.h"
 #include "Platform/CoreMIDI/Store/ObjectEditor.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <thread>
 
 namespace KestrinMIDI {
@@ -74,6 +76,7 @@ private:
     std::unique_ptr<SequencerReader> fReader;
     SequencerState fSequencer = SequencerState::Missing;
     std::vector<PluggedObject> fPlugged;
+    std::set<const ChangeWatch*> fWatches;
     bool fIsForked = false;
 };
 
@@ -91,6 +94,13 @@ public:
     /// How many rows of the file make no sense and were passed over.
     std::size_t RowsLost() const { return fService.fRowsLost; }
     SequencerState Sequencer();
+
+    /// A watch that is to ring when another caller takes a new snapshot; it lives until it is
+    /// removed.
+    void AddWatch(const ChangeWatch& watch) { fService.fWatches.insert(&watch); }
+    void RemoveWatch(const ChangeWatch& watch) { fService.fWatches.erase(&watch); }
+    /// Readable when LookForNews is worth calling; -1 while there is no sequencer.
+    int SequencerDescriptor() const { return fService.fReader->Descriptor(); }
 
     /// Takes a new snapshot where something was plugged or unplugged since the last one, and
     /// notices a database file that another process replaced.

@@ -85,6 +85,7 @@ class AlsaSequencer final : public SequencerReader {
 public:
     SequencerSnapshot Read() override;
     bool HasChanged() override;
+    int Descriptor() const override;
 
 private:
     SequencerState Open();
@@ -139,6 +140,13 @@ bool AlsaSequencer::HasChanged() {
         return TakeAnnouncements() || fChangedWhileRead;
     // The sequencer came into being: its first device was plugged in.
     return ProbeSequencer() == SequencerState::Ready;
+}
+
+int AlsaSequencer::Descriptor() const {
+    pollfd waiting{-1, 0, 0};
+    if (fSequencer)
+        snd_seq_poll_descriptors(fSequencer.get(), &waiting, 1, POLLIN);
+    return waiting.fd;
 }
 
 void AlsaSequencer::ReadClients(SequencerSnapshot& snapshot) {

@@ -64,6 +64,8 @@ public:
     virtual SequencerSnapshot Read() = 0;
     /// Whether something was plugged, unplugged or renamed since the last Read. Cheap.
     virtual bool HasChanged() = 0;
+    /// Readable when HasChanged is worth asking; -1 while there is no sequencer.
+    virtual int Descriptor() const = 0;
 };
 
 /// The reader of the machine's own sequencer and sound cards.

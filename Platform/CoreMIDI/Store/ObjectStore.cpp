@@ -65,6 +65,10 @@ bool IsExternal(const StoredObject& object) {
     return (object.type & kMIDIObjectType_ExternalMask) != 0;
 }
 
+bool HasDriver(const StoredObject& object) {
+    return object.Root().hardware != nullptr;
+}
+
 KeyTable::KeyTable() {
     for (const CFStringRef key :
          {kMIDIPropertyUniqueID, kMIDIPropertyOffline, kKestrinMIDIPropertySequencerClient,
@@ -95,6 +99,11 @@ StoredObject* ObjectStore::Find(MIDIObjectRef ref) const {
 StoredObject* ObjectStore::FindByUniqueID(MIDIUniqueID uniqueID) const {
     const auto found = fByUniqueID.find(uniqueID);
     return found == fByUniqueID.end() ? nullptr : found->second;
+}
+
+void ObjectStore::ForEach(const std::function<void(const StoredObject&)>& visit) const {
+    for (const auto& [ref, object] : fObjects)
+        visit(*object);
 }
 
 bool ObjectStore::Insert(std::unique_ptr<StoredObject> object) {

@@ -3,6 +3,7 @@
 #include <CoreMIDI/CoreMIDI.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -94,6 +95,8 @@ bool IsDevice(const StoredObject& object);   ///< device or external device
 bool IsEntity(const StoredObject& object);   ///< of either
 bool IsEndpoint(const StoredObject& object); ///< source or destination of either
 bool IsExternal(const StoredObject& object);
+/// Whether the system says if the object is there, not a person.
+bool HasDriver(const StoredObject& object);
 
 /// Numbers for property keys, so that objects are searched without comparing texts.
 class KeyTable {
@@ -137,6 +140,8 @@ public:
     StoredObject* Find(MIDIObjectRef ref) const;
     StoredObject* FindByUniqueID(MIDIUniqueID uniqueID) const;
     std::size_t Count() const { return fObjects.size(); }
+    /// By reference; also what is not added to the setup yet.
+    void ForEach(const std::function<void(const StoredObject&)>& visit) const;
 
     // Lists, in the order in which they are enumerated. Valid until the store changes.
 

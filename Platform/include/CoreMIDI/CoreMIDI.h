@@ -170,6 +170,63 @@ OSStatus MIDIDeviceAddEntity(MIDIDeviceRef device, CFStringRef name, Boolean emb
                              MIDIEntityRef* newEntity);
 OSStatus MIDIDeviceRemoveEntity(MIDIDeviceRef device, MIDIEntityRef entity);
 
+// Being told of changes
+//
+// A client is told what changed in the setup, by whichever process: objects added and removed, and
+// properties that an object has of its own, those included that are not stored. Plugging a known
+// device in or out changes kMIDIPropertyOffline and the live properties of
+// <CoreMIDI/MIDIDatabase.h> of each of its objects; one that is new is added. After the messages on
+// what changed together comes kMIDIMsgSetupChanged. Of changes in quick succession the last state
+// is told; what was there only in between may be passed over. While the database can't be used the
+// setup counts as unchanged; kMIDIMsgSetupChanged tells of that state's beginning and end.
+//
+// Nothing is told by itself: KestrinMIDIClientDeliver of <CoreMIDI/MIDIDatabase.h> tells it, on the
+// thread that calls it.
+
+typedef MIDIObjectRef MIDIClientRef;
+
+typedef SInt32 MIDINotificationMessageID;
+enum {
+    kMIDIMsgSetupChanged = 1,
+    kMIDIMsgObjectAdded = 2,
+    kMIDIMsgObjectRemoved = 3,
+    kMIDIMsgPropertyChanged = 4
+};
+
+/// What every message begins with; kMIDIMsgSetupChanged is no more than that.
+typedef struct MIDINotification {
+    MIDINotificationMessageID messageID;
+    UInt32 messageSize; ///< bytes of the whole message
+} MIDINotification;
+
+/// An owner is added before what it owns and removed after it. `parent` is 0 where there is none.
+typedef struct MIDIObjectAddRemoveNotification {
+    MIDINotificationMessageID messageID;
+    UInt32 messageSize;
+    MIDIObjectRef parent;
+    MIDIObjectType parentType;
+    MIDIObjectRef child;
+    MIDIObjectType childType;
+} MIDIObjectAddRemoveNotification;
+
+typedef struct MIDIObjectPropertyChangeNotification {
+    MIDINotificationMessageID messageID;
+    UInt32 messageSize;
+    MIDIObjectRef object;
+    MIDIObjectType objectType;
+    CFStringRef propertyName; ///< set, changed or removed; not the procedure's to release
+} MIDIObjectPropertyChangeNotification;
+
+/// Gets one message, valid until it returns. It may call any function, also dispose of its client.
+typedef void (*MIDINotifyProc)(const MIDINotification* message, void* refCon);
+
+/// Tells of what changes from now on. `name` and `notifyProc` may be null.
+OSStatus MIDIClientCreate(CFStringRef name, MIDINotifyProc notifyProc, void* notifyRefCon,
+                          MIDIClientRef* outClient);
+/// Ends the client and closes its descriptor; nothing more is told. kMIDIInvalidClient if there is
+/// none.
+OSStatus MIDIClientDispose(MIDIClientRef client);
+
 /// Closes the database as a clean exit does, changes that were begun being abandoned; the next call
 /// opens it anew and takes the plugged devices anew.
 OSStatus MIDIRestart(void);

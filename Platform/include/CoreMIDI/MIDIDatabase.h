@@ -88,6 +88,16 @@ enum {
 };
 KestrinMIDISequencerState KestrinMIDIGetSequencerState(void);
 
+// Being told of changes, in the program's own event loop: wait until the descriptor is readable, as
+// poll tells, then deliver what is due. While nothing changes it stays unreadable; now and then it
+// is readable when nothing is due.
+
+/// Belongs to the client, which lives as long; -1 where there is none.
+int KestrinMIDIClientGetDescriptor(MIDIClientRef client);
+/// Calls the client's procedure with what changed since the last time, on this thread. Inside of
+/// that procedure it does nothing. kMIDIInvalidClient where there is no such client.
+OSStatus KestrinMIDIClientDeliver(MIDIClientRef client);
+
 // Live properties: where an object is on this machine now. They are never stored, absent while it
 // is unplugged, not for setting (kMIDINotPermitted) and no part of the numbered properties below.
 // An entity has its client, port and raw MIDI name, a device the others; a program's endpoint has

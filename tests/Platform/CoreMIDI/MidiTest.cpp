@@ -5,6 +5,7 @@
 
 #include <CoreFoundation/CFHolder.h>
 
+#include <sys/eventfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,12 +15,18 @@
 namespace {
 
 SequencerSnapshot sPlugged;
-bool sHasChanged = false;
+const int sNews = eventfd(0, EFD_NONBLOCK);
+
+bool TakeNews() {
+    eventfd_t news = 0;
+    return eventfd_read(sNews, &news) == 0;
+}
 
 class TestSequencer final : public SequencerReader {
 public:
     SequencerSnapshot Read() override { return sPlugged; }
-    bool HasChanged() override { return std::exchange(sHasChanged, false); }
+    int Descriptor() const override { return sNews; }
+    bool HasChanged() override { return TakeNews(); }
 };
 
 std::vector<std::string> NamesOf(ItemCount count, MIDIObjectRef get(ItemCount)) {
@@ -33,6 +40,7 @@ std::vector<std::string> NamesOf(ItemCount count, MIDIObjectRef get(ItemCount)) 
 
 MidiTest::MidiTest() {
     sPlugged = {};
+    TakeNews();
     Service::Instance().UseReader(std::make_unique<TestSequencer>());
 }
 
@@ -43,7 +51,7 @@ void MidiTest::Use(const std::filesystem::path& file) {
 
 void MidiTest::PlugIn(SequencerSnapshot snapshot) {
     sPlugged = std::move(snapshot);
-    sHasChanged = true;
+    eventfd_write(sNews, 1);
 }
 
 ConnectionHolder MidiTest::OpenFile() const {
