@@ -3,6 +3,8 @@
 #include "Platform/CoreMIDI/Live/EndpointNames.h"
 #include "Platform/CoreMIDI/Live/Whereabouts.h"
 
+#include <CoreMIDI/MIDIDatabase.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -79,6 +81,12 @@ void AddProgramEndpoints(LiveStudio& studio, const SequencerClient& client) {
     }
 }
 
+bool IsListed(const SequencerClient& client) {
+    return std::ranges::none_of(client.ports, [](const SequencerPort& port) {
+        return !IsEndpointPort(port) && port.name == KESTRIN_MIDI_UNLISTED_PORT;
+    });
+}
+
 } // namespace
 
 LiveStudio StudioOf(const SequencerSnapshot& snapshot) {
@@ -90,7 +98,7 @@ LiveStudio StudioOf(const SequencerSnapshot& snapshot) {
                 {RecordOf(card), card.driver, std::move(ports), WhereaboutsOf(card)});
     }
     for (const SequencerClient& client : snapshot.clients) {
-        if (!client.isKernel && client.number != snapshot.ownClient)
+        if (!client.isKernel && client.number != snapshot.ownClient && IsListed(client))
             AddProgramEndpoints(studio, client);
     }
     return studio;

@@ -37,8 +37,9 @@ struct LiveStudio {
     std::vector<LiveEndpoint> endpoints; ///< of programs, in the order of their clients
 };
 
-/// Leaves out the kernel's own clients that belong to no card (System, Midi Through) and the client
-/// that took the snapshot. A card without ports is no device.
+/// Leaves out the kernel's own clients that belong to no card (System, Midi Through), the client
+/// that took the snapshot, and programs that keep their ports from becoming objects. A card without
+/// ports is no device.
 LiveStudio StudioOf(const SequencerSnapshot& snapshot);
 
 } // namespace KestrinMIDI

@@ -98,6 +98,10 @@ int KestrinMIDIClientGetDescriptor(MIDIClientRef client);
 /// that procedure it does nothing. kMIDIInvalidClient where there is no such client.
 OSStatus KestrinMIDIClientDeliver(MIDIClientRef client);
 
+/// A program whose sequencer client has a hidden port (SND_SEQ_PORT_CAP_NO_EXPORT) of this name
+/// keeps all its ports from becoming objects. The port is to be made before the others.
+#define KESTRIN_MIDI_UNLISTED_PORT "Kestrin MIDI: unlisted"
+
 // Live properties: where an object is on this machine now. They are never stored, absent while it
 // is unplugged, not for setting (kMIDINotPermitted) and no part of the numbered properties below.
 // An entity has its client, port and raw MIDI name, a device the others; a program's endpoint has

@@ -62,6 +62,8 @@ TEST_F(LiveEndpointsTest, WhatIsPluggedInTellsWhereAndStoresNothingOfIt) {
     unit.card = 3;
     SequencerSnapshot snapshot = SequencerWith({unit});
     AddProgram(snapshot, 129, "Synthesizer", "In");
+    AddProgram(snapshot, 130, "Surfaces 0", "1 Left");
+    snapshot.clients.back().ports.push_back({253, KESTRIN_MIDI_UNLISTED_PORT});
     PlugIn(snapshot);
     ASSERT_EQ(MIDIGetNumberOfSources(), 5u);
     const MIDIDeviceRef device = MIDIGetDevice(0);

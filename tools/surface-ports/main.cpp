@@ -1,0 +1,179 @@
+#include "Surfaces/MidiObject.h"
+#include "Surfaces/PlacedSurfaces.h"
+
+#include "tools/surface-ports/AlsaSequencer.h"
+#include "tools/surface-ports/PortKeeper.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
+
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <iostream>
+#include <string_view>
+
+namespace {
+
+using namespace SurfacePorts;
+
+constexpr int kWaitingMilliseconds = 1000;
+constexpr const char* kUsage =
+    "surface-ports keeps, for each group of control surfaces, one sequencer client with a port "
+    "for\n"
+    "each surface in the order of their positions. A mixer is connected to these once. It runs\n"
+    "until it is ended.\n\n"
+    "  surface-ports           run\n"
+    "  surface-ports --list    show the ports of the running one, and who is connected to them\n";
+
+/// Whether no other process of this user has it; it is this one's from now until its end.
+bool BecomeOnlyInstance() {
+    const std::string name = "kestrin-surface-ports-" + std::to_string(getuid());
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    // Behind a zero byte stands a name that is no file, and goes with the process.
+    std::memcpy(address.sun_path + 1, name.data(), name.size());
+    const auto size = offsetof(sockaddr_un, sun_path) + 1 + name.size();
+    const int socketNumber = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    return bind(socketNumber, reinterpret_cast<const sockaddr*>(&address),
+                static_cast<socklen_t>(size)) == 0;
+}
+
+/// Readable when the process is asked to end. To be called before any thread is made.
+int EndingDescriptor() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+std::string DatabaseProblem() {
+    const MidiObject::Text problem(KestrinMIDICopyDatabaseProblem());
+    return (problem ? MidiObject::FromText(problem.Get()) : "The MIDI database is not there.") +
+           " The ports stay as they are.";
+}
+
+/// The ports, and what was said about them.
+class Keeping {
+public:
+    /// Brings the ports to what the service knows now, and tells a person what can't be had: each
+    /// thing once, until it is over.
+    void Look();
+    /// Whether to look again before long, though nothing will tell.
+    bool IsWaiting() const { return fIsWaiting; }
+
+private:
+    bool HasSequencer(std::set<std::string>& complaints);
+
+    std::unique_ptr<Sequencer> fSequencer;
+    std::optional<PortKeeper> fKeeper;
+    std::set<std::string> fSaid;
+    bool fIsWaiting = false;
+};
+
+bool Keeping::HasSequencer(std::set<std::string>& complaints) {
+    if (fSequencer)
+        return true;
+    const KestrinMIDISequencerState state = KestrinMIDIGetSequencerState();
+    if (state == kKestrinMIDISequencerReady)
+        fSequencer = OpenSequencer();
+    if (fSequencer)
+        fKeeper.emplace(*fSequencer);
+    else if (state == kKestrinMIDISequencerReady)
+        complaints.insert("The sequencer has no room for this program.");
+    else
+        complaints.insert(state == kKestrinMIDISequencerMissing
+                              ? "This machine has no sequencer now; waiting for one."
+                              : "The sequencer may not be opened by this user; waiting.");
+    return fSequencer != nullptr;
+}
+
+void Keeping::Look() {
+    std::set<std::string> complaints;
+    const std::optional<Plan> plan = ReadPlan();
+    if (!plan)
+        complaints.insert(DatabaseProblem());
+    if (HasSequencer(complaints) && plan)
+        complaints.merge(fKeeper->Keep(*plan));
+    fIsWaiting = !fSequencer || fKeeper->IsWaiting();
+    for (const std::string& complaint : complaints) {
+        if (!fSaid.contains(complaint))
+            std::cerr << complaint << std::endl;
+    }
+    fSaid = std::move(complaints);
+}
+
+int Run() {
+    if (!BecomeOnlyInstance()) {
+        std::cerr << "surface-ports is running already.\n";
+        return EXIT_FAILURE;
+    }
+    std::array<pollfd, 2> waiting{{{EndingDescriptor(), POLLIN, 0}, {-1, POLLIN, 0}}};
+    MIDIClientRef client = 0;
+    MIDIClientCreate(nullptr, nullptr, nullptr, &client);
+    waiting[1].fd = KestrinMIDIClientGetDescriptor(client);
+    Keeping keeping;
+    while (waiting[0].revents == 0) {
+        KestrinMIDIClientDeliver(client);
+        keeping.Look();
+        poll(waiting.data(), waiting.size(), keeping.IsWaiting() ? kWaitingMilliseconds : -1);
+    }
+    return EXIT_SUCCESS;
+}
+
+/// What stands behind the port, by the plan of now.
+std::string UnitBehind(const Plan& plan, const OpenPort& port) {
+    for (const Group& group : plan) {
+        const auto place = static_cast<std::size_t>(port.address.port);
+        if (SurfaceClientName(group.number) != port.client || place >= group.units.size())
+            continue;
+        const Unit& unit = group.units[place];
+        return unit.from ? unit.name + " at " + std::to_string(unit.from->client) + ":" +
+                               std::to_string(unit.from->port)
+                         : unit.name + ", unplugged";
+    }
+    return "nothing";
+}
+
+int List() {
+    const Plan plan = ReadPlan().value_or(Plan());
+    const std::vector<OpenPort> ports = OpenPorts();
+    for (const OpenPort& port : ports) {
+        std::cout << port.client << " (" << port.address.client << ":" << port.address.port << ")  "
+                  << port.name << "  <-> " << UnitBehind(plan, port) << "\n    connected: ";
+        const char* between = "";
+        for (const std::string& client : port.connected) {
+            std::cout << between << client;
+            between = ", ";
+        }
+        std::cout << (port.connected.empty() ? "nobody\n" : "\n");
+    }
+    if (ports.empty())
+        std::cout << "There are no surface ports: surface-ports does not run, or no surface has a "
+                     "place in a group.\n";
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    const std::string_view argument = count > 1 ? arguments[1] : "";
+    if (count == 1)
+        return Run();
+    if (count == 2 && argument == "--list")
+        return KestrinMIDIGetSequencerState() == kKestrinMIDISequencerReady
+                   ? List()
+                   : (std::cerr << "This machine has no sequencer.\n", EXIT_FAILURE);
+    if (count == 2 && (argument == "--help" || argument == "-h"))
+        return std::cout << kUsage, EXIT_SUCCESS;
+    std::cerr << kUsage;
+    return 2;
+}
