@@ -18,9 +18,9 @@ struct Stretch {
 constexpr std::size_t kBlock = 32;
 
 // Transcoding in blocks, with vector instructions where the machine has them; where it has none
-// they come no further than their start. They begin at the boundary of a character, start no block
-// at `limit` or behind it, and end at the boundary of a character: at the first block that needs
-// the plain transcoder, at `limit`, or less than two blocks behind it.
+// they take ASCII only, eight bytes at a time. They begin at the boundary of a character, start no
+// block at `limit` or behind it, and end at the boundary of a character: at the first block that
+// needs the plain transcoder, at `limit`, or less than two blocks behind it.
 
 /// Decodes blocks that are well-formed and free of four-byte sequences. `units` has room for
 /// `limit` + 2 * kBlock units.

@@ -1,6 +1,7 @@
 #include "Strings/Utf8Blocks.h"
 #include "Strings/VectorUnit.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -182,16 +183,31 @@ KESTRIN_AVX2 Stretch DecodeWithAVX2(const unsigned char* source, std::size_t cou
 
 } // namespace
 
+#endif
+
+namespace {
+
+Stretch DecodeASCII(const unsigned char* source, std::size_t count, std::size_t limit,
+                    unsigned short* units) {
+    Stretch done;
+    for (std::uint64_t bytes = 0; done.consumed < limit && count - done.consumed >= sizeof bytes;
+         done += {8, 8}) {
+        std::memcpy(&bytes, source + done.consumed, sizeof bytes);
+        if ((bytes & 0x8080808080808080) != 0)
+            break;
+        std::copy_n(source + done.consumed, sizeof bytes, units + done.written);
+    }
+    return done;
+}
+
+} // namespace
+
 Stretch DecodeUtf8Blocks(const unsigned char* source, std::size_t count, std::size_t limit,
                          unsigned short* units) {
+#if KESTRIN_HAS_AVX2_CODE
     static const bool kUseAVX2 = HasAVX2();
-    return kUseAVX2 ? DecodeWithAVX2(source, count, limit, units) : Stretch();
-}
-
-#else
-
-Stretch DecodeUtf8Blocks(const unsigned char*, std::size_t, std::size_t, unsigned short*) {
-    return {};
-}
-
+    if (kUseAVX2)
+        return DecodeWithAVX2(source, count, limit, units);
 #endif
+    return DecodeASCII(source, count, limit, units);
+}

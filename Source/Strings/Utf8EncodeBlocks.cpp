@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #if KESTRIN_HAS_AVX2_CODE
 
@@ -161,16 +162,33 @@ KESTRIN_AVX2 Stretch EncodeWithAVX2(const unsigned short* source, std::size_t co
 
 } // namespace
 
+#endif
+
+namespace {
+
+Stretch EncodeASCII(const unsigned short* source, std::size_t count, std::size_t limit,
+                    char* bytes) {
+    Stretch done;
+    for (unsigned short units[4];
+         done.consumed < limit && count - done.consumed >= std::size(units); done += {4, 4}) {
+        std::memcpy(units, source + done.consumed, sizeof units);
+        std::uint64_t all = 0;
+        std::memcpy(&all, units, sizeof all);
+        if ((all & 0xFF80FF80FF80FF80) != 0)
+            break;
+        std::copy_n(units, std::size(units), bytes + done.written);
+    }
+    return done;
+}
+
+} // namespace
+
 Stretch EncodeUtf8Blocks(const unsigned short* source, std::size_t count, std::size_t limit,
                          char* bytes) {
+#if KESTRIN_HAS_AVX2_CODE
     static const bool kUseAVX2 = HasAVX2();
-    return kUseAVX2 ? EncodeWithAVX2(source, count, limit, bytes) : Stretch();
-}
-
-#else
-
-Stretch EncodeUtf8Blocks(const unsigned short*, std::size_t, std::size_t, char*) {
-    return {};
-}
-
+    if (kUseAVX2)
+        return EncodeWithAVX2(source, count, limit, bytes);
 #endif
+    return EncodeASCII(source, count, limit, bytes);
+}

@@ -1,9 +1,9 @@
 #pragma once
 
 // Code for vector instructions stands beside the plain code, function by function, and is chosen
-// when the program runs.
+// when the program runs. KESTRIN_WITHOUT_AVX2 leaves it out, as for a machine that has none.
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && !defined(KESTRIN_WITHOUT_AVX2)
 
 #include <immintrin.h>
 
