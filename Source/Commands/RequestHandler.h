@@ -5,7 +5,9 @@
 namespace Kestrin {
 
 /// What takes commands: a link of a chain in which each handler that does not want a command leaves
-/// it to its successor. Links are never owning. Main thread only.
+/// it to its successor. Links are never owning, and a handler that goes does not know whose
+/// successor it was: they are given another one, or null, before they are asked again. Main thread
+/// only.
 class RequestHandler {
 public:
     /// The successor may be null; a handler cannot be its own and then has none.
