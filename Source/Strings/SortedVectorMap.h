@@ -2,21 +2,24 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
 /// A map for few entries: (key, value) pairs in one vector, sorted by key and searched by halving
 /// it. Inserting moves the entries behind and makes iterators invalid.
-template <typename Key, typename Value, typename Less = std::less<Key>>
+template <typename Key, typename Value, typename Less = std::less<Key>,
+          typename Allocator = std::allocator<std::pair<Key, Value>>>
 class sorted_vector_map {
 public:
     using value_type = std::pair<Key, Value>;
-    using iterator = typename std::vector<value_type>::iterator;
-    using const_iterator = typename std::vector<value_type>::const_iterator;
+    using Entries = std::vector<value_type, Allocator>;
+    using iterator = typename Entries::iterator;
+    using const_iterator = typename Entries::const_iterator;
 
     sorted_vector_map() = default;
     /// Takes over entries that are sorted by their keys, each of which is there once.
-    explicit sorted_vector_map(std::vector<value_type> sorted)
+    explicit sorted_vector_map(Entries sorted)
         : fEntries(std::move(sorted)) {}
 
     iterator begin() { return fEntries.begin(); }
@@ -67,5 +70,5 @@ private:
         return Less()(entry.first, key);
     }
 
-    std::vector<value_type> fEntries;
+    Entries fEntries;
 };
