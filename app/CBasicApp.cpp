@@ -9,9 +9,9 @@ using namespace Kestrin;
 
 namespace {
 
-const UString kApplicationName("Sorvex Mackie Setup", UString::kASCII);
-const UString kIconName("SorvexMackieSetup", UString::kASCII);
-const UString kIconType("svg", UString::kASCII);
+const UString kApplicationName = "Sorvex Mackie Setup"_u;
+const UString kIconName = "SorvexMackieSetup"_u;
+const UString kIconType = "svg"_u;
 
 } // namespace
 

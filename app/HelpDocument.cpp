@@ -10,8 +10,8 @@ void OpenHelpDocument() {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr)
         return;
-    const auto name = UStringToCF(UString("SorvexMackieSurfaceHelp", UString::kASCII));
-    const auto type = UStringToCF(UString("htm", UString::kASCII));
+    const auto name = UStringToCF("SorvexMackieSurfaceHelp"_u);
+    const auto type = UStringToCF("htm"_u);
     const CFHolder<CFURLRef> url(CFBundleCopyResourceURL(bundle, name.Get(), type.Get(), nullptr));
     if (url.Get() != nullptr)
         LSOpenCFURLRef(url.Get(), nullptr);

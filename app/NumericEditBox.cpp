@@ -45,7 +45,7 @@ void NumericEditBox::SetUpField() {
     fField->SetFont(kControlFont, kFontSize);
     fField->Inval();
     fField->SetAlignment(kTextAlignCenter);
-    fField->SetText(UString("0", UString::kASCII));
+    fField->SetText("0"_u);
 }
 
 int NumericEditBox::Get() const {

@@ -6,7 +6,8 @@
 #include <locale>
 #include <utility>
 
-const UString UString::kEmptyString;
+// First of all that the program makes at its start: whoever is made then may refer to it.
+[[gnu::init_priority(101)]] const UString UString::kEmptyString;
 
 namespace {
 

@@ -85,6 +85,11 @@ private:
     UTF16String fUnits;
 };
 
+/// A text literal: "Ok"_u. Each byte is the unit of its value.
+inline UString operator""_u(const char* text, std::size_t length) {
+    return {reinterpret_cast<const unsigned char*>(text), length, UString::kASCII};
+}
+
 /// Unit for unit; no case folding, no normalisation.
 inline bool operator==(const UString& a, const UString& b) {
     return a.fUnits.length() == b.fUnits.length() &&

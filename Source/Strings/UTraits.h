@@ -7,6 +7,7 @@
 #include <cwchar>
 #include <ios>
 #include <string>
+#include <string_view>
 
 /// Character traits of unsigned code units: ordered as unsigned numbers, ended by a 0 unit.
 /// Complete for std::basic_string and the streams; used for `unsigned short` (UTF-16) and `unsigned
@@ -79,4 +80,5 @@ struct UTraits {
 
 /// Text in UTF-16 code units and in UTF-32 values.
 using UTF16String = std::basic_string<unsigned short, UTraits<unsigned short>>;
+using UTF16View = std::basic_string_view<unsigned short, UTraits<unsigned short>>;
 using UTF32String = std::basic_string<unsigned int, UTraits<unsigned int>>;

@@ -2,11 +2,12 @@
 
 namespace Kestrin {
 
-const UString kRootNameUString("resource_list", UString::kASCII);
-const UString kItemNameAttributeUString(std::string(kItemNameAttribute), UString::kASCII);
-const UString kValueAttributeUString(std::string(kValueAttribute), UString::kASCII);
-const UString kSizeAttributeUString(std::string(kSizeAttribute), UString::kASCII);
-const UString kLanguageAttributeUString("lang", UString::kASCII);
-const UString kPlatformAttributeUString("platform", UString::kASCII);
+[[gnu::init_priority(101)]] const UString kRootNameUString = "resource_list"_u;
+[[gnu::init_priority(101)]] const UString kItemNameAttributeUString = "name"_u;
+[[gnu::init_priority(101)]] const UString kValueAttributeUString = "value"_u;
+[[gnu::init_priority(101)]] const UString kSizeAttributeUString = "size"_u;
+[[gnu::init_priority(101)]] const UString kLanguageAttributeUString = "lang"_u;
+[[gnu::init_priority(101)]] const UString kPlatformAttributeUString = "platform"_u;
+[[gnu::init_priority(101)]] const UString kEncodedBlankUString = "XML_SPACE_ENCODE"_u;
 
 } // namespace Kestrin

@@ -2,16 +2,10 @@
 
 #include "Strings/UString.h"
 
-#include <string_view>
-
 namespace Kestrin {
 
-// The vocabulary of the items' XML form.
-
-// What nearly every element has is compared as it stands in the document.
-constexpr std::string_view kItemNameAttribute = "name";
-constexpr std::string_view kValueAttribute = "value";
-constexpr std::string_view kSizeAttribute = "size";
+// The words of the items' XML form; the elements are named by the items' types. They are made
+// before the rest of the program, which may look a text up while it is being made itself.
 
 extern const UString kRootNameUString;
 extern const UString kItemNameAttributeUString;
@@ -19,5 +13,7 @@ extern const UString kValueAttributeUString;
 extern const UString kSizeAttributeUString;
 extern const UString kLanguageAttributeUString;
 extern const UString kPlatformAttributeUString;
+/// Stands for a text of one blank, which reading would otherwise drop.
+extern const UString kEncodedBlankUString;
 
 } // namespace Kestrin

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cstdio>
-#include <optional>
 
 namespace Kestrin {
 
@@ -15,8 +14,6 @@ namespace {
 
 constexpr unsigned int kThisPlatform = FourCharCode("MacX");
 
-// Room that a file may claim beyond what its text fills.
-constexpr std::size_t kRawDataSlack = std::size_t{1} << 20;
 constexpr int kRawDataTooLargeLine = 412;
 
 /// Takes out an item of which one of the last ones is known to be the place.
@@ -25,57 +22,37 @@ void RemoveLast(std::vector<boost::shared_ptr<Item>>& items, const Item* item) {
     items.erase(std::next(std::find_if(items.rbegin(), items.rend(), isItem)).base());
 }
 
-boost::shared_ptr<RawDataBuffer> Decode(const UString& text, std::uint32_t size) {
-    // Every byte takes two digits.
-    if (size > text.length() / 2 + kRawDataSlack)
-        FailString("XMLSerializable", "Source/XML/XMLSerializable", kRawDataTooLargeLine);
-    auto buffer = boost::make_shared<RawDataBuffer>();
-    buffer->size = size;
-    buffer->data = std::make_unique<unsigned char[]>(size);
-    UStringToRawData(text, buffer->data.get(), size);
-    return buffer;
+UString TextOf(const AttributeList& attributes, const UString& name) {
+    UString text;
+    Parser::FindAttributeInList(attributes, name, text);
+    return text;
+}
+
+/// The language of entries that name none is the default one.
+unsigned int LanguageOf(const AttributeList& attributes) {
+    UString language;
+    return Parser::FindAttributeInList(attributes, kLanguageAttributeUString, language)
+               ? UStringToOSType(language)
+               : kDefaultLanguage;
+}
+
+bool IsForThisPlatform(const AttributeList& attributes) {
+    UString platform;
+    return !Parser::FindAttributeInList(attributes, kPlatformAttributeUString, platform) ||
+           UStringToOSType(platform) == kThisPlatform;
 }
 
 } // namespace
 
-/// What an element says of itself.
-struct ItemReader::Element {
-    explicit Element(Item::ItemType code)
-        : type(code) {}
-
-    /// Takes an attribute, in UTF-8.
-    void Take(std::string_view attribute, const char* text) {
-        if (attribute == kItemNameAttribute)
-            name.emplace(text, UString::kUTF8);
-        else if (attribute == kValueAttribute)
-            value.emplace(text, UString::kUTF8);
-        else if (attribute == kSizeAttribute)
-            size = UString(text, UString::kUTF8);
-        else
-            TakeForeign(UString(std::string(attribute), UString::kUTF8),
-                        UString(text, UString::kUTF8));
-    }
-
-    void TakeForeign(UString attribute, UString text) {
-        if (attribute == kLanguageAttributeUString)
-            language = UStringToOSType(text);
-        else if (attribute == kPlatformAttributeUString)
-            isForThisPlatform = UStringToOSType(text) == kThisPlatform;
-        foreign.push_back({std::move(attribute), std::move(text)});
-    }
-
-    Item::ItemType type;
-    unsigned int language = kDefaultLanguage;
-    bool isForThisPlatform = true;
-    std::optional<UString> name;
-    std::optional<UString> value;
-    UString size;
-    AttributeList foreign;
-};
-
 ItemReader::ItemReader(Parser& parser, unsigned int language)
     : fParser(parser)
     , fLanguage(language) {}
+
+void ItemReader::Read(ContainerItem& container) {
+    ReadChildren(container);
+    container.MakeIndex();
+    container.SetChanged(false);
+}
 
 void ItemReader::ReadChildren(ContainerItem& container) {
     const Item* previous = nullptr;
@@ -83,37 +60,37 @@ void ItemReader::ReadChildren(ContainerItem& container) {
         ReadElement(container, previous);
         fParser.UpToParent();
     }
-    container.SetChanged(false);
 }
 
 void ItemReader::ReadElement(ContainerItem& container, const Item*& previous) {
-    Element element(fParser.CurrentElementCode());
-    fParser.VisitAttributes(
-        [&element](const char* name, const char* value) { element.Take(name, value); });
-    if (!element.isForThisPlatform)
+    const UString type(fParser.CurrentElement().Local(), UString::kUTF8);
+    AttributeList attributes;
+    fParser.ReadAllAttributes(attributes);
+    if (!IsForThisPlatform(attributes))
         return;
-    boost::shared_ptr<Item> item;
-    if (element.name)
-        item = MakeItem(element);
+    boost::shared_ptr<Item> item = MakeItem(UStringToOSType(type), attributes);
     // What is left unread beneath a wrapper, an unknown element or a leaf belongs here as well, in
     // front of the leaf.
     ReadChildren(container);
     if (item == nullptr)
         return;
-    item->SetAttributes(std::move(element.foreign));
-    Place(container, std::move(item), element.language, previous);
+    const unsigned int language = LanguageOf(attributes);
+    item->fAttributes = std::move(attributes);
+    Place(container, std::move(item), language, previous);
 }
 
-/// Takes the name and the value out of the element.
-boost::shared_ptr<Item> ItemReader::MakeItem(Element& element) {
-    UString name = std::move(*element.name);
-    if (element.type == Item::kUString)
-        return CreateUString(std::move(name),
-                             element.value ? std::move(*element.value) : fParser.ReadText());
-    const UString value = std::move(element.value).value_or(UString());
-    switch (element.type) {
+/// Null for an element without a name and for one of an unknown type.
+boost::shared_ptr<Item> ItemReader::MakeItem(Item::ItemType type, const AttributeList& attributes) {
+    UString name;
+    if (!Parser::FindAttributeInList(attributes, kItemNameAttributeUString, name))
+        return {};
+    UString value;
+    const bool hasValue = Parser::FindAttributeInList(attributes, kValueAttributeUString, value);
+    switch (type) {
+    case Item::kUString:
+        return CreateUString(std::move(name), hasValue ? std::move(value) : fParser.ReadText());
     case Item::kRawData:
-        return MakeRawData(std::move(name), element.size);
+        return MakeRawData(std::move(name), TextOf(attributes, kSizeAttributeUString));
     case Item::kDouble:
         return boost::make_shared<DoubleItem>(std::move(name), UStringToDouble(value));
     case Item::kOSType:
@@ -130,13 +107,23 @@ boost::shared_ptr<Item> ItemReader::MakeItem(Element& element) {
 }
 
 boost::shared_ptr<Item> ItemReader::MakeRawData(UString name, const UString& size) {
-    const auto count = static_cast<std::uint32_t>(UStringToNum(size, kDecimalFormat));
-    return CreateRawData(std::move(name), Decode(fParser.ReadText(), count));
+    auto buffer = boost::make_shared<RawDataBuffer>();
+    buffer->size = static_cast<std::uint32_t>(UStringToNum(size, kDecimalFormat));
+    const UString text = fParser.ReadText();
+    // Every byte takes two digits.
+    const std::size_t excess =
+        buffer->size - std::min<std::size_t>(buffer->size, text.length() / 2);
+    if (excess > fSlack)
+        FailString("XMLSerializable", "Source/XML/XMLSerializable", kRawDataTooLargeLine);
+    fSlack -= excess;
+    buffer->data = std::make_unique<unsigned char[]>(buffer->size);
+    UStringToRawData(text, buffer->data.get(), buffer->size);
+    return CreateRawData(std::move(name), std::move(buffer));
 }
 
 boost::shared_ptr<Item> ItemReader::MakeContainer(UString name) {
     auto container = CreateContainer(std::move(name));
-    ReadChildren(*container);
+    Read(*container);
     return container;
 }
 

@@ -11,15 +11,14 @@ public:
     /// `language` is preferred over the default language; see ReadContainerFromFile.
     ItemReader(Parser& parser, unsigned int language);
 
-    /// Reads the children of the parser's current element into `container`, which then counts as
-    /// not changed.
-    void ReadChildren(ContainerItem& container);
+    /// Reads the children of the parser's current element into `container`, which has none yet and
+    /// then counts as not changed.
+    void Read(ContainerItem& container);
 
 private:
-    struct Element;
-
+    void ReadChildren(ContainerItem& container);
     void ReadElement(ContainerItem& container, const Item*& previous);
-    boost::shared_ptr<Item> MakeItem(Element& element);
+    boost::shared_ptr<Item> MakeItem(Item::ItemType type, const AttributeList& attributes);
     boost::shared_ptr<Item> MakeRawData(UString name, const UString& size);
     boost::shared_ptr<Item> MakeContainer(UString name);
     void Place(ContainerItem& container, boost::shared_ptr<Item> item, unsigned int language,
@@ -27,6 +26,8 @@ private:
 
     Parser& fParser;
     unsigned int fLanguage;
+    /// Room that the document's raw data may still claim beyond what its text fills.
+    std::size_t fSlack = std::size_t{1} << 20;
 };
 
 } // namespace Kestrin

@@ -13,21 +13,14 @@ namespace {
 
 constexpr std::size_t kBytesPerLine = 16;
 
-/// The item's type, whose characters are ASCII, as the name of its element.
-Name ElementName(Item::ItemType type) {
-    const char text[] = {static_cast<char>(type >> 24), static_cast<char>(type >> 16),
-                         static_cast<char>(type >> 8), static_cast<char>(type), '\0'};
-    return Name(text);
-}
-
 void WriteValue(Writer& writer, const UString& value) {
-    static const Name name("value");
+    static const Name name(kValueAttributeUString, UString());
     writer.Attribute(name, value);
 }
 
 /// Hyphens in a row would end the comment: each run is written as one.
 UString WithoutHyphenRuns(UString comment) {
-    static const UString twoHyphens("--", UString::kASCII);
+    static const UString twoHyphens = "--"_u;
     for (std::size_t at = 0; (at = comment.find(twoHyphens, at)) != std::string::npos;)
         comment.erase(at, 1);
     return comment;
@@ -68,37 +61,25 @@ bool Item::HasChanged() const {
 }
 
 void Item::SetComment(const UString& comment) {
-    MakeNotes().comment = comment;
+    fComment = comment;
     fChanged = true;
 }
 
 void Item::SetAttributes(AttributeList attributes) {
-    if (fNotes != nullptr || !attributes.empty())
-        MakeNotes().attributes = std::move(attributes);
-}
-
-const Item::Notes& Item::GetNotes() const {
-    static const Notes none;
-    return fNotes != nullptr ? *fNotes : none;
-}
-
-Item::Notes& Item::MakeNotes() {
-    if (fNotes == nullptr)
-        fNotes = std::make_unique<Notes>();
-    return *fNotes;
+    fAttributes = std::move(attributes);
+    fChanged = true;
 }
 
 void Item::Write(Writer& writer) {
-    static const Name nameAttribute("name");
-    const Notes& notes = GetNotes();
-    if (!notes.comment.empty()) {
+    static const Name nameAttribute(kItemNameAttributeUString, UString());
+    if (!fComment.empty()) {
         writer.NewLine();
-        writer.Comment(WithoutHyphenRuns(notes.comment));
+        writer.Comment(WithoutHyphenRuns(fComment));
     }
-    const Name element = ElementName(fType);
+    const Name element(OSTypeToUString(fType), UString());
     writer.StartElement(element);
     writer.Attribute(nameAttribute, fName);
-    for (const AttributePair& pair : notes.attributes) {
+    for (const AttributePair& pair : fAttributes) {
         if (!HasOwnAttribute(pair.name))
             writer.Attribute(Name(pair.name, UString()), pair.value);
     }
@@ -129,7 +110,7 @@ void UStringItem::DoItemWrite(Writer& writer) const {
 
 template <>
 void RawDataItem::DoItemWrite(Writer& writer) const {
-    static const Name sizeAttribute("size");
+    static const Name sizeAttribute(kSizeAttributeUString, UString());
     const boost::shared_ptr<RawDataBuffer>& buffer = GetValue();
     if (buffer == nullptr || buffer->data == nullptr)
         return;

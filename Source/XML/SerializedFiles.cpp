@@ -14,7 +14,7 @@ boost::shared_ptr<ContainerItem> ReadContainerFromFile(std::istream* stream,
         return {};
     Parser parser(*stream, Parser::kDontValidate);
     ContainerItem document((UString()));
-    ItemReader(parser, language).ReadChildren(document);
+    ItemReader(parser, language).Read(document);
     if (document.GetItems().empty())
         return {};
     return boost::dynamic_pointer_cast<ContainerItem>(document.GetItems().front());

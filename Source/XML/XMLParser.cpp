@@ -1,8 +1,7 @@
 #include "XML/XMLParser.h"
 
 #include "Diagnostics/Failure.h"
-#include "Strings/TextConversions.h"
-#include "XML/XMLBlank.h"
+#include "XML/ItemNames.h"
 #include "XML/XMLEntityGuard.h"
 
 #include <libxml/xmlreader.h>
@@ -19,6 +18,8 @@ namespace {
 constexpr int kNoReaderLine = 93;
 constexpr int kReportedErrorLine = 416;
 constexpr int kReaderFailedLine = 419;
+
+constexpr int kErrorClass = 2;
 
 const char* Chars(const xmlChar* text) {
     return reinterpret_cast<const char*>(text);
@@ -45,7 +46,7 @@ std::int64_t SeverityClass(xmlParserSeverities severity, std::int64_t otherwise)
     case XML_PARSER_SEVERITY_WARNING:
         return 3;
     case XML_PARSER_SEVERITY_ERROR:
-        return 2;
+        return kErrorClass;
     }
     return otherwise;
 }
@@ -57,20 +58,6 @@ void ErrorHandler(void* context, const char*, xmlParserSeverities severity,
     record.severityClass = SeverityClass(severity, record.severityClass);
     if (record.IsSet())
         record.line = static_cast<std::uint32_t>(xmlTextReaderLocatorLineNumber(locator));
-}
-
-/// Whether the attribute's value is one stretch of text and its name has no prefix.
-bool IsPlain(const xmlAttr& attribute) {
-    const xmlNode* value = attribute.children;
-    return attribute.ns == nullptr && value != nullptr && value->type == XML_TEXT_NODE &&
-           value->content != nullptr && value->next == nullptr;
-}
-
-bool HasPlainAttributes(const xmlNode& element) {
-    const xmlAttr* attribute = element.properties;
-    while (attribute != nullptr && IsPlain(*attribute))
-        attribute = attribute->next;
-    return attribute == nullptr && element.nsDef == nullptr;
 }
 
 bool IsText(int nodeType) {
@@ -98,13 +85,18 @@ Parser::~Parser() {
 }
 
 int Parser::ReadCallback(void* context, char* buffer, int length) {
-    std::istream& stream = static_cast<Parser*>(context)->fStream;
+    auto& parser = *static_cast<Parser*>(context);
+    std::istream& stream = parser.fStream;
     try {
         stream.read(buffer, length);
     } catch (...) {
         // A stream asked to throw has its state set all the same; what it read so far counts.
     }
-    return static_cast<int>(stream.gcount());
+    const auto count = static_cast<std::size_t>(stream.gcount());
+    if (parser.fStartTagGuard.Takes({buffer, count}))
+        return static_cast<int>(count);
+    parser.fError.severityClass = kErrorClass;
+    return -1;
 }
 
 // The walk.
@@ -165,13 +157,12 @@ bool Parser::SkipToEnd() {
     return true;
 }
 
-/// The step under all others. False at the end of the document.
 bool Parser::Advance(int& nodeType, bool stopAtInstructions) {
     for (;;) {
         if (!fPushedBack && !ReadNode())
             return false;
         fPushedBack = false;
-        nodeType = NodeType();
+        nodeType = Checked(xmlTextReaderNodeType(fReader.get()));
         if (nodeType != XML_READER_TYPE_PROCESSING_INSTRUCTION)
             return true;
         KeepInstruction();
@@ -183,15 +174,6 @@ bool Parser::Advance(int& nodeType, bool stopAtInstructions) {
 bool Parser::ReadNode() {
     const EntityGuard::Refusal refusal(fError);
     return Checked(xmlTextReaderRead(fReader.get())) != 0;
-}
-
-int Parser::NodeType() {
-    // For a blank text libxml2 would look for xml:space in all elements around it, which makes no
-    // difference here.
-    xmlNode* node = xmlTextReaderCurrentNode(fReader.get());
-    if (node != nullptr && node->type == XML_TEXT_NODE)
-        return xmlIsBlankNode(node) == 1 ? XML_READER_TYPE_WHITESPACE : XML_READER_TYPE_TEXT;
-    return Checked(xmlTextReaderNodeType(fReader.get()));
 }
 
 void Parser::KeepInstruction() {
@@ -220,38 +202,20 @@ Name Parser::CurrentElement() const {
     return {local != nullptr ? Chars(local) : "", Chars(nameSpace)};
 }
 
-unsigned int Parser::CurrentElementCode() {
-    const xmlChar* name = xmlTextReaderConstLocalName(fReader.get());
-    if (name != fCodedName) {
-        fCode = UStringToOSType(ToUString(name));
-        fCodedName = name;
-    }
-    return fCode;
-}
-
 bool Parser::ReadAllAttributes(AttributeList& attributes) {
     attributes.clear();
-    VisitAttributes([&attributes](const char* name, const char* value) {
-        attributes.push_back({UString(name, UString::kUTF8), UString(value, UString::kUTF8)});
-    });
-    return !attributes.empty();
-}
-
-void Parser::VisitAttributes(const AttributeVisitor& visit) {
-    const xmlNode* element = xmlTextReaderCurrentNode(fReader.get());
-    if (element != nullptr && HasPlainAttributes(*element)) {
-        // What the steps below would show, without their cost.
-        for (const xmlAttr* plain = element->properties; plain != nullptr; plain = plain->next)
-            visit(Chars(plain->name), Chars(plain->children->content));
-        return;
-    }
+    const int count = xmlTextReaderAttributeCount(fReader.get());
+    if (count <= 0)
+        return false;
+    attributes.reserve(static_cast<std::size_t>(count));
     while (xmlTextReaderMoveToNextAttribute(fReader.get()) == 1) {
         const xmlChar* name = xmlTextReaderConstName(fReader.get());
         const xmlChar* value = xmlTextReaderConstValue(fReader.get());
         if (name != nullptr && value != nullptr)
-            visit(Chars(name), Chars(value));
+            attributes.push_back({ToUString(name), ToUString(value)});
     }
     xmlTextReaderMoveToElement(fReader.get());
+    return !attributes.empty();
 }
 
 UString Parser::ReadText() {
@@ -284,8 +248,7 @@ bool Parser::AppendText(int nodeType, UString& text) {
     if (nodeType != XML_READER_TYPE_END_ELEMENT)
         return text.empty();
     fState = kAtEnd;
-    static const UString encodedBlank(kEncodedBlank, UString::kASCII);
-    if (text == encodedBlank)
+    if (text == kEncodedBlankUString)
         text = UString(' ');
     return false;
 }

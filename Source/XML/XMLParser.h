@@ -1,10 +1,10 @@
 #pragma once
 
+#include "XML/StartTagGuard.h"
 #include "XML/XMLName.h"
 
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <utility>
@@ -53,6 +53,14 @@ public:
 
     // The walk.
 
+    /// The step under all others: to the next node of any kind, whose libxml2 type is then in
+    /// `nodeType`. Passes over processing instructions unless `stopAtInstructions`. False at the
+    /// end of the document.
+    bool Advance(int& nodeType, bool stopAtInstructions);
+
+    /// DownToChild without the filter.
+    bool DoDownToChild();
+
     /// Goes to the next child of the current element. False when there is none left, or when text
     /// stands before it: elements behind text are not visited.
     bool DownToChild();
@@ -64,20 +72,9 @@ public:
 
     Name CurrentElement() const;
 
-    /// The first four characters of the current element's local name, each cut to its low eight
-    /// bits, the first in the most significant byte; missing ones are zero.
-    unsigned int CurrentElementCode();
-
-    /// Makes `attributes` those of the current element, in order, namespace declarations included.
-    /// False when it has none.
+    /// Makes `attributes` those of the element that DownToChild has just found, in order, namespace
+    /// declarations included. False when it has none, or the cursor stands behind its start.
     bool ReadAllAttributes(AttributeList& attributes);
-
-    /// What is called with the name and the value of an attribute, in UTF-8, which last as long as
-    /// the call.
-    using AttributeVisitor = std::function<void(const char* name, const char* value)>;
-
-    /// Shows `visit` what ReadAllAttributes would read.
-    void VisitAttributes(const AttributeVisitor& visit);
 
     /// The text from the cursor to the next child element, comment or end of the current element.
     UString ReadText();
@@ -119,12 +116,9 @@ private:
         void operator()(_xmlTextReader* reader) const;
     };
 
-    bool Advance(int& nodeType, bool stopAtInstructions);
     bool ReadNode();
-    int NodeType();
     void KeepInstruction();
     bool IsEmptyElement();
-    bool DoDownToChild();
     bool SkipToEnd();
     bool AppendText(int nodeType, UString& text);
     int Checked(int answer) const;
@@ -138,12 +132,10 @@ private:
     bool fEmpty = false;
     bool fPushedBack = false;
     ErrorRecord fError;
+    StartTagGuard fStartTagGuard;
     bool fCollectInstructions = false;
     std::deque<Instruction> fInstructions;
     std::unique_ptr<ElementFilter> fFilter;
-    /// The local name that fCode is the code of.
-    const unsigned char* fCodedName = nullptr;
-    unsigned int fCode = 0;
 };
 
 } // namespace Kestrin

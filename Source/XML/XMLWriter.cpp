@@ -2,7 +2,7 @@
 
 #include "Diagnostics/Failure.h"
 #include "Strings/Transcoders.h"
-#include "XML/XMLBlank.h"
+#include "XML/ItemNames.h"
 
 #include <libxml/xmlwriter.h>
 
@@ -15,6 +15,9 @@ namespace {
 const xmlChar* Bytes(const char* text) {
     return reinterpret_cast<const xmlChar*>(text);
 }
+
+// As many as libxml2 reads.
+constexpr int kMostOpenElements = 256;
 
 // The places that the failures of the operations are known by.
 enum FailureLine {
@@ -51,7 +54,11 @@ Writer::Writer(_xmlTextWriter* output)
 void Writer::StartElement(const Name& name) {
     if (!IsInline())
         NewLine();
-    Check(xmlTextWriterStartElement(fOutput, Bytes(name.Local().c_str())), kStartTagLine);
+    Check(fOpenElements < kMostOpenElements
+              ? xmlTextWriterStartElement(fOutput, Bytes(name.Local().c_str()))
+              : -1,
+          kStartTagLine);
+    ++fOpenElements;
     fLineEnded = false;
     if (!IsInline())
         ++fDepth;
@@ -64,24 +71,19 @@ void Writer::EndElement(const Name&) {
             NewLine();
     }
     Check(xmlTextWriterEndElement(fOutput), kEndTagLine);
+    --fOpenElements;
     if (!IsInline())
         fLineEnded = true;
 }
 
 void Writer::Attribute(const Name& name, const UString& value) {
-    ToUTF8(value);
-    Attribute(name, fUTF8);
-}
-
-void Writer::Attribute(const Name& name, const std::string& utf8Value) {
-    const int result =
-        xmlTextWriterWriteAttribute(fOutput, Bytes(name.Local().c_str()), Bytes(utf8Value.c_str()));
-    Check(result, kAttributeLine);
+    const char* const name8 = name.Local().c_str();
+    Check(xmlTextWriterWriteAttribute(fOutput, Bytes(name8), ToUTF8(value)), kAttributeLine);
 }
 
 void Writer::Write(const UString& text) {
-    const char* utf8 = IsOneBlank(text) ? kEncodedBlank : ToUTF8(text);
-    Check(xmlTextWriterWriteString(fOutput, Bytes(utf8)), kTextLine);
+    const UString& written = IsOneBlank(text) ? kEncodedBlankUString : text;
+    Check(xmlTextWriterWriteString(fOutput, ToUTF8(written)), kTextLine);
 }
 
 void Writer::Comment(const UString& text) {
@@ -94,11 +96,8 @@ void Writer::Comment(const UString& text) {
 void Writer::NewLine() {
     fLineEnded = true;
     Check(xmlTextWriterWriteRawLen(fOutput, Bytes("\n"), 1), kLineBreakLine);
-    if (fDepth <= 0)
-        return;
-    if (fTabs.size() < static_cast<std::size_t>(fDepth))
-        fTabs.resize(static_cast<std::size_t>(fDepth), '\t');
-    Check(xmlTextWriterWriteRawLen(fOutput, Bytes(fTabs.c_str()), fDepth), kIndentationLine);
+    const std::string tabs(static_cast<std::size_t>(std::max(fDepth, 0)), '\t');
+    Check(xmlTextWriterWriteRaw(fOutput, Bytes(tabs.c_str())), kIndentationLine);
 }
 
 bool Writer::IsValidString(const UString& text) {
@@ -106,9 +105,11 @@ bool Writer::IsValidString(const UString& text) {
     return std::all_of(codePoints.begin(), codePoints.end(), IsXMLCharacter);
 }
 
-const char* Writer::ToUTF8(const UString& text) {
-    utf16_to_utf8(text.data(), text.length(), fUTF8);
-    return fUTF8.c_str();
+const unsigned char* Writer::ToUTF8(const UString& text) {
+    const std::size_t units = utf16_to_utf8(text.data(), text.length(), fUTF8);
+    if (units < text.length() || fUTF8.find('\0') != std::string::npos)
+        fHasWrittenAll = false;
+    return Bytes(fUTF8.c_str());
 }
 
 Writer::InlineMode::InlineMode(Writer& writer)

@@ -12,6 +12,8 @@ namespace Kestrin {
 /// Writes XML through a libxml2 text writer, in the framework's layout: each element begins a line,
 /// indented by one tab a level, and an element with text only ends on the line it begins on.
 ///
+/// Elements within elements end where reading does: a 257th start tag is a failure.
+///
 /// Every operation that libxml2 fails is reported ("FailString Kestrin …") and throws -50; what was
 /// written before stays in the text writer.
 class Writer {
@@ -30,9 +32,12 @@ public:
 
     /// Belongs to the element just started, before any content.
     void Attribute(const Name& name, const UString& value);
-    void Attribute(const Name& name, const std::string& utf8Value);
 
-    // Content. A text that ends early in UTF-8 (UString::utf8_str) is written up to there.
+    // Content. A text that ends early in UTF-8 (UString::utf8_str), or holds a 0 unit, is written
+    // up to there.
+
+    /// Whether every text has been written to its end.
+    bool HasWrittenAll() const { return fHasWrittenAll; }
 
     /// Writes escaped text. A single blank, which readers would drop, is written as a word for it.
     void Write(const UString& text);
@@ -61,14 +66,15 @@ public:
 
 private:
     bool IsInline() const { return fInlineModes.back() != 0; }
-    const char* ToUTF8(const UString& text);
+    const unsigned char* ToUTF8(const UString& text);
 
     _xmlTextWriter* fOutput;
     std::vector<unsigned char> fInlineModes{0};
     int fDepth = 0;
+    int fOpenElements = 0;
     bool fLineEnded = false;
+    bool fHasWrittenAll = true;
     std::string fUTF8;
-    std::string fTabs;
 };
 
 } // namespace Kestrin

@@ -59,7 +59,7 @@ void PushButton::DrawFocusRing(DrawingContext& context) {
 // ChoiceBox
 
 ChoiceBox::ChoiceBox(std::initializer_list<const char*> choices, float width)
-    : Control(AccessibleRole::kPopUpButton, UString("Choice", UString::kASCII)) {
+    : Control(AccessibleRole::kPopUpButton, "Choice"_u) {
     SetDimensions(width, kControlHeight);
     for (const char* choice : choices)
         fMenu.AppendItem(UString(choice, UString::kUTF8), 0);

@@ -57,7 +57,7 @@ void GalleryWindow::PlaceControls() {
     fField->SetDefaultForegroundColor(kInk);
     fField->SetFont(kFontPlain, kTextSize);
     fField->SetAlignment(kTextAlignCenter);
-    fField->SetText(UString("127", UString::kASCII));
+    fField->SetText("127"_u);
     fField->SetAccessibility(AccessibleRole::kTextField, LookupString("Number"));
     fAlert.PlaceInView(this, kMargin + 250, kSecondRow);
     fQuit.PlaceInView(this, kMargin + 370, kSecondRow);

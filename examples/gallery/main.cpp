@@ -18,7 +18,7 @@ void Log(const char* format, ...) {
 }
 
 int main() {
-    Kestrin::Application application({}, UString("Gallery", UString::kASCII));
+    Kestrin::Application application({}, "Gallery"_u);
     application.RebuildMenuBar();
     const GalleryWindow window;
     application.Run();

@@ -13,7 +13,7 @@ protected:
     void Handle(unsigned int command) override { sent += command == kCommandOk ? 1 : 100; }
 
     int sent = 0;
-    BtnUI button{UString("Ok", UString::kASCII), this, kCommandOk, 100};
+    BtnUI button{"Ok"_u, this, kCommandOk, 100};
 };
 
 TEST_F(BtnUITest, SendsItsCommandWhenReleasedInsideAfterAPress) {
@@ -43,8 +43,7 @@ TEST_F(BtnUITest, MayBeDestroyedByItsCommand) {
     };
     for (const bool byKey : {false, true}) {
         Destroyer destroyer;
-        destroyer.button =
-            std::make_unique<BtnUI>(UString("Ok", UString::kASCII), &destroyer, kCommandOk, 100);
+        destroyer.button = std::make_unique<BtnUI>("Ok"_u, &destroyer, kCommandOk, 100);
         destroyer.button->DoClick({50, 11}, 0, false);
         if (byKey)
             destroyer.button->DoTextInput(UString(), 0, Kestrin::kKeyReturn);
@@ -55,11 +54,11 @@ TEST_F(BtnUITest, MayBeDestroyedByItsCommand) {
 }
 
 TEST_F(BtnUITest, IsPressedBySpaceAndReturnOnly) {
-    const UString space(" ", UString::kASCII);
+    const UString space = " "_u;
     EXPECT_TRUE(button.DoTextInput(space, 0, Kestrin::kKeyNone));
     EXPECT_TRUE(button.DoTextInput(UString(), 0, Kestrin::kKeyReturn));
     EXPECT_TRUE(button.DoTextInput(UString(), 0, Kestrin::kKeyEnter));
-    EXPECT_FALSE(button.DoTextInput(UString("x", UString::kASCII), 0, Kestrin::kKeyNone));
+    EXPECT_FALSE(button.DoTextInput("x"_u, 0, Kestrin::kKeyNone));
     EXPECT_EQ(sent, 3);
 }
 

@@ -13,9 +13,7 @@ using namespace Kestrin;
 
 class NumericEditBoxTest : public testing::Test {
 protected:
-    NumericEditBoxTest() {
-        box.Init(&parent, {0, 0}, 80, 0, 127, UString("Group", UString::kASCII));
-    }
+    NumericEditBoxTest() { box.Init(&parent, {0, 0}, 80, 0, 127, "Group"_u); }
 
     bool Press(unsigned char key, const char* text = "") {
         return box.FilterTextEditDoTextInput(nullptr, UString(text, UString::kASCII), 0, key);
@@ -57,7 +55,7 @@ TEST(NumericEditBoxInAWindow, ShowsTheNumberThatItAcceptedAndTakesNoOthers) {
     View& root = *window->GetRootView();
     {
         NumericEditBox box;
-        box.Init(&root, {0, 0}, 80, 0, 127, UString("Group", UString::kASCII));
+        box.Init(&root, {0, 0}, 80, 0, 127, "Group"_u);
         window->Activate();
         EXPECT_TRUE(NativeInput::WaitUntil([&] { return root.IsViewActive(); }));
         for (const auto& [keys, shown] :

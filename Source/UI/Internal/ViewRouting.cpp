@@ -234,7 +234,7 @@ void ViewBridge::HandleFirstResponderChanged(bool isFirstResponder) {
 /// To a view, being pressed by an assistive technology is being pressed with the space bar.
 void ViewBridge::HandleAccessibilityPress() {
     const CurrentEventScope scope(*this);
-    SendKey({UString(" ", UString::kASCII)});
+    SendKey({" "_u});
 }
 
 // Visibility and drawing

@@ -22,7 +22,7 @@ namespace {
 class TestApplication : public Application {
 public:
     TestApplication()
-        : Application({}, UString("Sorvex Test", UString::kASCII)) {}
+        : Application({}, "Sorvex Test"_u) {}
 
     void FinishedLaunching() override {
         events.push_back("launched");

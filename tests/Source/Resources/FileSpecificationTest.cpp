@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <csignal>
 #include <fstream>
 
@@ -73,7 +74,7 @@ protected:
         return WriteSerializedFile(*settings, {fPlace, name});
     }
     UString Saved() const {
-        return *ReadSerializedFile({fPlace, "settings.xml"_u})->FindUString("a"_u);
+        return ReadSerializedFile({fPlace, "settings.xml"_u})->GetUStringItem("a"_u)->GetValue();
     }
 
     TemporaryFolder fFolder;
@@ -92,6 +93,26 @@ TEST_F(SavedDocument, KeepsThePlaceAndPermissionsOfTheOneItReplaces) {
     EXPECT_EQ(Saved(), "2"_u);
     EXPECT_TRUE(fs::is_symlink(fFolder / "link.xml"));
     EXPECT_EQ(fs::status(fFolder / "settings.xml").permissions(), permissions);
+}
+
+TEST_F(SavedDocument, StaysWhereTheNewOneCouldNotBeReadBack) {
+    EXPECT_FALSE(Save("old"_u));
+    const auto tooLong = boost::make_shared<RawDataBuffer>();
+    tooLong->size = 6'000'000;
+    tooLong->data = std::make_unique<unsigned char[]>(tooLong->size);
+    // The units of an emoji as the platform has them and as UTF-8 is read to; a 0 unit.
+    const boost::shared_ptr<Item> unreadable[] = {
+        CreateUString("a"_u, Units({1})), CreateUString("a"_u, Units({0xD83D, 0xDE00})),
+        CreateUString("a"_u, UString("\U0001F600", UString::kUTF8)),
+        CreateUString("a"_u, Units({'b', 0, 'c'})), CreateRawData("a"_u, tooLong)};
+    for (const auto& item : unreadable) {
+        const auto settings = CreateContainer("s"_u);
+        settings->AddItem(item);
+        EXPECT_EQ(WriteSerializedFile(*settings, {fPlace, "settings.xml"_u}),
+                  std::errc::illegal_byte_sequence);
+        EXPECT_TRUE(settings->HasChanged());
+        EXPECT_EQ(Saved(), "old"_u);
+    }
 }
 
 TEST_F(SavedDocument, StaysWhenSavingFails) {

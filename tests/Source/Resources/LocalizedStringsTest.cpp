@@ -26,7 +26,8 @@ protected:
     void AddTable(const std::string& folder, const std::string& greeting) const {
         fs::create_directories(fFolder / folder);
         std::ofstream(fFolder / folder / "LocalizableStrings.xml")
-            << "<r><XSET name=''><TEXT name='Greeting'>" << greeting << "</TEXT></XSET></r>";
+            << "<r><XSET name=''><TEXT name='Greeting'>" << greeting
+            << "</TEXT><TEXT name='Greeting' lang='dede'>Hallo</TEXT></XSET></r>";
     }
 
     /// What the program prints, in an environment that has just these variables.
@@ -77,6 +78,7 @@ TEST_F(LookupInProgram, FindsTheResourcesOfAnInstalledProgramBehindThoseBesideIt
     AddTable("bin/Resources", "Hi");
     EXPECT_EQ(Run(""), "Hi\n");
     EXPECT_EQ(Run("LANG=fr"), "Bonjour\n");
+    EXPECT_EQ(Run("LANG=fr EARLY="), "Bonjour\n");
 }
 
 } // namespace

@@ -76,7 +76,7 @@ TEST(DrawingContext, MultipliesOpacityWithThatOfTheDrawEventAndClampsColours) {
 }
 
 TEST(DrawingContext, ShortensAStringThatIsTooLong) {
-    const UString text("mmmmmmmmmmmmmmmmmmmm", UString::kASCII);
+    const UString text = "mmmmmmmmmmmmmmmmmmmm"_u;
     for (const TextTruncate truncate : {kTruncateTail, kTruncateNone}) {
         DrawEvent event;
         event.context.SetTruncate(truncate);

@@ -62,6 +62,15 @@ TEST(HostileInput, ReadsTreesAsDeepAsLibxml2Allows) {
     const std::string written = WriteSerializedString(*ReadDocument(nested(250)));
     EXPECT_EQ(WriteSerializedString(*ReadDocument(written)), written);
     EXPECT_EQ(FailureOfReading(nested(1000)), kReportedError);
+
+    const auto root = CreateContainer(UString());
+    auto deepest = root;
+    for (int level = 1; level < 30'000; ++level) {
+        deepest->AddItem(CreateContainer(UString()));
+        deepest = Child<ContainerItem>(*deepest, 0);
+    }
+    EXPECT_EQ(FailureOf([&root] { WriteSerializedString(*root); }),
+              "FailString Kestrin at file:Source/XML/XMLWriter line:125\n");
 }
 
 TEST(HostileInput, StopsEntityBombs) {
@@ -71,6 +80,21 @@ TEST(HostileInput, StopsEntityBombs) {
                 Repeated("&a" + std::to_string(i - 1) + ";", 10) + "'>";
     for (const char* element : {"<TEXT name='t'>&a11;</TEXT>", "<XSET name='&a11;'/>"})
         EXPECT_EQ(FailureOfReading(bomb + "]>" + element), kReportedError);
+}
+
+TEST(HostileInput, EndsAnElementOfTooManyAttributesSoon) {
+    const auto element = [](int attributes) {
+        std::string text = "<SINT name='\">'";
+        for (int i = 0; i < attributes; ++i)
+            text += " a" + std::to_string(i) + "='>'";
+        return text + "/>";
+    };
+    EXPECT_EQ(ReadElements(element(5'000))->GetItems().front()->GetAttributes().size(), 5'001u);
+    EXPECT_EQ(FailureOfReading(element(100'000)), kReportedError);
+    const std::string quotes = Repeated("'\"", 30'000);
+    EXPECT_EQ(FailureOfReading("<r a='" + Repeated("\"", 30'000) + "'>" + quotes + "<!--" + quotes +
+                               "--></r>"),
+              "(done)");
 }
 
 int gForeignRequests = 0;

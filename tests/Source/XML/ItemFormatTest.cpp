@@ -88,11 +88,23 @@ TEST(ItemFormat, MakesTheBestOfUnusualElements) {
     EXPECT_EQ(output.Text(), "ParseSerialXML: unknown type!");
 }
 
+TEST(ItemFormat, KeepsTheWholeAttributeListOfAnItem) {
+    const auto read = ReadElements("<DATA x:y='1' value='v' name='n' size='0' xmlns:x='urn:x'/>");
+    std::string list;
+    for (const AttributePair& pair : read->GetItems().front()->GetAttributes())
+        list += pair.name.utf8_str() + "=" + pair.value.utf8_str() + " ";
+    EXPECT_EQ(list, "xmlns:x=urn:x x:y=1 value=v name=n size=0 ");
+}
+
 TEST(ItemFormat, RefusesRawDataOfUnlikelySize) {
     CapturedOutput output;
     EXPECT_NO_THROW(ReadElements("<DATA name='r' size='1048578'>abcd</DATA>"));
     for (const std::string size : {"1048579", "4294967295", "-1", "99999999999999999999"})
         EXPECT_THROW(ReadElements("<DATA name='r' size='" + size + "'>abcd</DATA>"), int) << size;
+    // What a document claims beyond its text is counted together.
+    const std::string half = "<DATA name='r' size='700000'/>";
+    EXPECT_NO_THROW(ReadElements(half));
+    EXPECT_THROW(ReadElements(half + "<XSET name='g'>" + half + "</XSET>"), int);
 }
 
 TEST(ItemFormat, HasAContainerOrNothingForItsResult) {
