@@ -155,3 +155,9 @@ ItemCount KestrinMIDIGetNumberOfVirtualEndpoints(void) {
 MIDIEndpointRef KestrinMIDIGetVirtualEndpoint(ItemCount index0) {
     return MemberOf(&ObjectStore::VirtualEndpoints, index0);
 }
+
+Boolean KestrinMIDIDeviceHasSerial(MIDIDeviceRef device) {
+    const ServiceSession session;
+    const StoredObject* const object = session.Store().Find(device);
+    return object && object->hardware && !object->hardware->serial.empty();
+}

@@ -120,6 +120,10 @@ extern const CFStringRef kKestrinMIDIPropertyUSBSerial; ///< "kestrin.usb.serial
 extern const CFStringRef kKestrinMIDIPropertyUSBVendorProduct; ///< "USBVendorProduct", integer: the
                                                                ///< vendor ID in the upper 16 bits
 
+/// Whether a device, plugged in or not, is a unit that is known by its serial number. One without
+/// is known by what it is called and the port that it is plugged into.
+Boolean KestrinMIDIDeviceHasSerial(MIDIDeviceRef device);
+
 // An object's own properties by number, for listing them: the keys in alphabetical order, with
 // "uniqueID" only where it is asked for by name. An unknown object has none.
 
