@@ -36,24 +36,26 @@ MIDIUniqueID ResolveToDevice(MIDIUniqueID id) {
     return ids.empty() ? id : ids.front();
 }
 
-void Complete(MidiDevice& record) {
+bool Complete(MidiDevice& record) {
     const auto surface = MidiObject::WithID(record.uniqueID);
     const auto model =
         surface ? MidiObject::String(surface->reference, kMIDIPropertyModel) : std::nullopt;
     if (!model)
-        return;
+        return false;
     ReadGroupSettings(surface->reference, record);
     record.surfaceType = SurfaceTypeOf(*model);
+    return true;
 }
 
 /// One walk over endpoints: the list that it fills, with an index of the records by unique ID.
 class Scan {
 public:
     explicit Scan(std::vector<MidiDevice>& list);
-    void Consider(MIDIEndpointRef endpoint, bool isSource);
+    /// Answers the record that the endpoint completed, or null.
+    MidiDevice* Consider(MIDIEndpointRef endpoint, bool isSource);
 
 private:
-    void Meet(MIDIUniqueID id, MIDIEndpointRef endpoint, bool isSource);
+    MidiDevice* Meet(MIDIUniqueID id, MIDIEndpointRef endpoint, bool isSource);
 
     std::vector<MidiDevice>& fList;
     std::unordered_map<MIDIUniqueID, std::size_t> fIndex;
@@ -66,19 +68,20 @@ Scan::Scan(std::vector<MidiDevice>& list)
         fIndex.emplace(list[i].uniqueID, i);
 }
 
-void Scan::Consider(MIDIEndpointRef endpoint, bool isSource) {
-    if (const MIDIUniqueID id = SurfaceBehind(endpoint); id != 0)
-        Meet(id, endpoint, isSource);
+MidiDevice* Scan::Consider(MIDIEndpointRef endpoint, bool isSource) {
+    const MIDIUniqueID id = SurfaceBehind(endpoint);
+    return id != 0 ? Meet(id, endpoint, isSource) : nullptr;
 }
 
-void Scan::Meet(MIDIUniqueID id, MIDIEndpointRef endpoint, bool isSource) {
+MidiDevice* Scan::Meet(MIDIUniqueID id, MIDIEndpointRef endpoint, bool isSource) {
     const auto [entry, isNew] = fIndex.emplace(id, fList.size());
     if (isNew)
         fList.emplace_back().uniqueID = id;
     MidiDevice& record = fList[entry->second];
     (isSource ? record.sourceEndpoint : record.destinationEndpoint) = endpoint;
-    if (record.sourceEndpoint != 0 && record.destinationEndpoint != 0 && record.surfaceType == 0)
-        Complete(record);
+    if (record.sourceEndpoint == 0 || record.destinationEndpoint == 0 || record.surfaceType != 0)
+        return nullptr;
+    return Complete(record) ? &record : nullptr;
 }
 
 bool IsIncomplete(const MidiDevice& record) {
@@ -127,10 +130,16 @@ MIDIUniqueID SurfaceBehind(MIDIEndpointRef endpoint) {
 
 void MaybeAddEndPointToDeviceList(std::vector<MidiDevice>& list, MIDIEndpointRef endpoint,
                                   bool isSource) {
-    Scan(list).Consider(endpoint, isSource);
+    if (MidiDevice* const completed = Scan(list).Consider(endpoint, isSource))
+        StoreGroupDefaults({completed, 1});
 }
 
 void GetAvailableDevices(std::vector<MidiDevice>& list) {
+    ReadAvailableDevices(list);
+    StoreGroupDefaults(list);
+}
+
+void ReadAvailableDevices(std::vector<MidiDevice>& list) {
     list.clear();
     Scan scan(list);
     const ItemCount sources = MIDIGetNumberOfSources();

@@ -19,6 +19,9 @@ inline constexpr std::size_t kMidiEndpointNameSize = 255;
 /// order in which they were first met. A surface without group settings gets its defaults stored.
 void GetAvailableDevices(std::vector<MidiDevice>& list);
 
+/// The same, but stores nothing: a surface without settings has its defaults in the record alone.
+void ReadAvailableDevices(std::vector<MidiDevice>& list);
+
 /// Considers one endpoint: adds a record for a surface that the list lacks, or completes the record
 /// of one that it has. A further endpoint of a complete record only replaces the one it had.
 void MaybeAddEndPointToDeviceList(std::vector<MidiDevice>& list, MIDIEndpointRef endpoint,

@@ -1,32 +1,50 @@
 #include "Surfaces/SurfaceGroups.h"
 
-#include <CoreFoundation/CFHolder.h>
+#include "Surfaces/MidiObject.h"
+
 #include <CoreMIDI/MIDIChanges.h>
 
 #include <algorithm>
 
 namespace {
 
-CFHolder<CFStringRef> KeyOf(const SurfaceSetting& setting) {
-    return CFHolder<CFStringRef>(
-        CFStringCreateWithCString(nullptr, setting.key, kCFStringEncodingUTF8));
-}
-
 SInt32 DefaultOf(const SurfaceSetting& setting, const MidiDevice& device) {
     return setting.defaultValue != nullptr ? device.*setting.defaultValue : 0;
 }
 
+void WriteSettings(MIDIObjectRef object, const MidiDevice& device) {
+    for (const SurfaceSetting* setting : kSurfaceSettings)
+        MIDIObjectSetIntegerProperty(object, MidiObject::ToText(setting->key).Get(),
+                                     device.*setting->value);
+}
+
 } // namespace
 
-void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device) {
+bool ReadGroupSettings(MIDIObjectRef object, MidiDevice& device) {
+    bool hasAll = true;
     for (const SurfaceSetting* setting : kSurfaceSettings) {
-        const auto key = KeyOf(*setting);
-        SInt32& value = device.*setting->value;
-        if (MIDIObjectGetIntegerProperty(object, key.Get(), &value) == noErr)
-            continue;
-        value = DefaultOf(*setting, device);
-        MIDIObjectSetIntegerProperty(object, key.Get(), value);
+        const auto stored = MidiObject::Integer(object, MidiObject::ToText(setting->key).Get());
+        device.*setting->value = stored.value_or(DefaultOf(*setting, device));
+        hasAll = hasAll && stored;
     }
+    return hasAll;
+}
+
+OSStatus StoreGroupDefaults(std::span<MidiDevice> devices) {
+    const auto lacksSettings = [](MidiDevice& device) {
+        const auto object = MidiObject::WithID(device.uniqueID);
+        return object && !ReadGroupSettings(object->reference, device);
+    };
+    if (std::none_of(devices.begin(), devices.end(), lacksSettings))
+        return noErr;
+    MIDIChanges changes;
+    if (changes.Status() != noErr)
+        return changes.Status();
+    for (MidiDevice& device : devices) {
+        if (lacksSettings(device))
+            WriteSettings(MidiObject::WithID(device.uniqueID)->reference, device);
+    }
+    return changes.End();
 }
 
 SInt32 FreeGroupPosition(const std::vector<MidiDevice>& devices, std::size_t index) {
@@ -56,12 +74,10 @@ OSStatus WriteGroupSettings(const std::vector<MidiDevice>& devices) {
     if (changes.Status() != noErr)
         return changes.Status();
     for (const MidiDevice& device : devices) {
-        MIDIObjectRef object = 0;
-        MIDIObjectType type{};
-        if (MIDIObjectFindByUniqueID(device.uniqueID, &object, &type) != noErr)
+        const auto object = MidiObject::WithID(device.uniqueID);
+        if (!object)
             break;
-        for (const SurfaceSetting* setting : kSurfaceSettings)
-            MIDIObjectSetIntegerProperty(object, KeyOf(*setting).Get(), device.*setting->value);
+        WriteSettings(object->reference, device);
     }
     return changes.End();
 }

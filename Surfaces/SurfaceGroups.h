@@ -3,6 +3,7 @@
 #include "Surfaces/MidiDevice.h"
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 /// The group settings of the surfaces: two integers on each surface's MIDI object, for any program
@@ -57,9 +58,13 @@ inline constexpr SurfaceSetting kGroupSetting{
 inline constexpr const SurfaceSetting* kSurfaceSettings[] = {&kGroupPositionSetting,
                                                              &kGroupSetting};
 
-/// Reads `device`'s settings from the object that carries them. A setting that the object lacks
-/// gets its default, which is stored there at once.
-void ReadGroupSettings(MIDIObjectRef object, MidiDevice& device);
+/// Reads `device`'s settings from the object that carries them. A setting that the object lacks is
+/// its default in the record; answers whether it has them all.
+bool ReadGroupSettings(MIDIObjectRef object, MidiDevice& device);
+
+/// Reads the settings of all records anew and stores the default of each that is lacking, together
+/// in one change. Where that cannot be stored the status tells why, and nothing is.
+OSStatus StoreGroupDefaults(std::span<MidiDevice> devices);
 
 /// Gives every record in turn its free position; records before it take part with their new one.
 /// Writes nothing to the MIDI objects.

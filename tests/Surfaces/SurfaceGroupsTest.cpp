@@ -54,7 +54,7 @@ protected:
     MidiDevice RecordOf(MIDIDeviceRef surface) {
         MidiDevice record;
         record.uniqueID = fStudio.ID(surface);
-        ReadGroupSettings(surface, record);
+        StoreGroupDefaults({&record, 1});
         return record;
     }
 

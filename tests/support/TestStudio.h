@@ -29,6 +29,9 @@ public:
     MIDIDeviceRef AddExternal(const std::string& name, const std::string& manufacturer,
                               const std::string& model);
 
+    /// Changes the file behind the service's back, which is closed before.
+    void RunSQL(const char* sql) const;
+
     /// The source and the destination of a program that ran before: ports without a device.
     struct ProgramPort {
         MIDIEndpointRef source;
