@@ -1,5 +1,6 @@
 /* Prints the control surfaces in the order of their groups and positions, as a mixer reads them. */
 #include <CoreMIDI/CoreMIDI.h>
+#include <CoreMIDI/MIDIDatabase.h>
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -32,7 +33,21 @@ static int ReadSurface(MIDIDeviceRef device, Surface* surface) {
     return 1;
 }
 
+/* Says on standard error why the database cannot be used. */
+static int DatabaseFails(void) {
+    char reason[1024] = "The MIDI database cannot be used.";
+    CFStringRef problem = KestrinMIDICopyDatabaseProblem();
+    if (problem == NULL)
+        return 0;
+    CFStringGetCString(problem, reason, sizeof reason, kCFStringEncodingUTF8);
+    CFRelease(problem);
+    fprintf(stderr, "%s\n", reason);
+    return 1;
+}
+
 int main(void) {
+    if (DatabaseFails())
+        return 1;
     const ItemCount devices = MIDIGetNumberOfDevices(),
                     externals = MIDIGetNumberOfExternalDevices();
     Surface* surfaces = calloc(devices + externals + 1, sizeof *surfaces);
