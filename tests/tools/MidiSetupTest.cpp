@@ -1,9 +1,14 @@
+#include "Surfaces/SurfaceGroups.h"
+
 #include "tests/support/TestStudio.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -60,7 +65,7 @@ protected:
     /// Runs a command that must fail, with nothing on standard output, and answers its errors.
     std::string Refused(const std::vector<std::string>& arguments, int exitCode = kFailed) {
         const ProgramRun run = RunProgram(arguments);
-        EXPECT_EQ(run.exitCode, exitCode) << arguments[0];
+        EXPECT_EQ(run.exitCode, exitCode) << testing::PrintToString(arguments);
         EXPECT_EQ(run.output, "");
         return run.errors;
     }
@@ -123,8 +128,74 @@ TEST_F(MidiSetup, CablesAndUncablesInBothDirections) {
 
     EXPECT_THAT(Refused({"disconnect", "Box:Port 1"}), HasSubstr("nothing is connected"));
     EXPECT_THAT(Refused({"connect", "Box", "Desk"}), HasSubstr("name one of its ports"));
-    EXPECT_THAT(Refused({"connect", "Desk:Port 1", "Box"}), HasSubstr("external device"));
+    EXPECT_THAT(Refused({"connect", "Desk", "Box"}),
+                HasSubstr("midisetup connect \"Box:Port 1\" \"Desk\""));
+    EXPECT_THAT(Refused({"connect", "Desk:Port 1", "Old"}), HasSubstr("external device"));
     EXPECT_THAT(Refused({"connect", "Box:Port 1", "Box:Port 2"}), HasSubstr("only those are"));
+}
+
+TEST_F(MidiSetup, LosesNoCableThatSeveralProcessesConnectAtOnce) {
+    Do({"add", "interface", "Box"});
+    std::string commands;
+    for (const std::string name : {"A", "B", "C", "D", "E", "F"}) {
+        Do({"add", "external", name});
+        commands += "'" MIDISETUP_PROGRAM "' connect 'Box:Port 1' " + name + " & ";
+    }
+    EXPECT_EQ(std::system((commands + "wait").c_str()), 0);
+    const json source = json::parse(Do({"show", "Box:Port 1:source", "--json"}));
+    EXPECT_EQ(source["properties"]["connUniqueID"].size(), 6u);
+}
+
+TEST_F(MidiSetup, CablesAProgramsPortInBothDirections) {
+    AddBoxAndSurfaces();
+    const TestStudio::ProgramPort port = fStudio.AddProgramPort("Network 1");
+    Do({"connect", "Network 1", "Desk"});
+    EXPECT_NE(fStudio.Number(port.source, "connUniqueID"), std::nullopt);
+    EXPECT_NE(fStudio.Number(port.destination, "connUniqueID"), std::nullopt);
+    Do({"disconnect", "Network 1:source"});
+    EXPECT_EQ(fStudio.Number(port.destination, "connUniqueID"), std::nullopt);
+}
+
+TEST_F(MidiSetup, GivesSurfacesTheirPlaceAndRefusesWhatIsNone) {
+    AddBoxAndSurfaces();
+    Do({"place", "Desk", "1", "127"});
+    EXPECT_THAT(Do({"place", "Old", "1", "127"}), HasSubstr("Desk has that place, too"));
+    EXPECT_THAT(Do({"list"}), HasSubstr("Old, surface: group 1, position 127"));
+    EXPECT_THAT(Refused({"place", "Old", "1", "128"}, kUsage), HasSubstr("POSITION"));
+    EXPECT_THAT(Refused({"place", "Box", "1", "1"}), HasSubstr("no control surface"));
+    EXPECT_THAT(Refused({"set", "Desk", "group", "5"}), HasSubstr("midisetup place"));
+    for (const char* value : {"abc", "300", "-5"})
+        EXPECT_THAT(Refused({"set", "Desk", kGroupPositionKey, value}), HasSubstr("0 to 127"));
+
+    const std::string id = Do({"get", "Old", "uniqueID"});
+    Do({"set", "Old", kGroupPositionKey, id.substr(0, id.size() - 1)});
+    const std::string document = Do({"export"});
+    EXPECT_EQ(Do({"import", "-", "--yes"}, document), "There is nothing to change.\n");
+    EXPECT_THAT(RunProgram({"doctor"}).output,
+                HasSubstr("Note: Old has no position that was chosen"));
+
+    MIDIObjectRef desk = 0;
+    MIDIObjectFindByUniqueID(std::stoi(Do({"get", "Desk", "uniqueID"})), &desk, nullptr);
+    fStudio.SetText(desk, kGroupIDKey, "abc");
+    EXPECT_THAT(RunProgram({"import", "-", "--yes"}, Do({"export"})).errors, HasSubstr("0 to 127"));
+    const json found = json::parse(RunProgram({"doctor", "--json"}).output);
+    EXPECT_THAT(found["problems"].dump(), HasSubstr("abc"));
+    EXPECT_THAT(found["problems"].dump(), HasSubstr("midisetup place \\\"Desk\\\" GROUP"));
+}
+
+TEST_F(MidiSetup, SaysWhatIsWrongWhereTheDatabaseIsLocked) {
+    AddBoxAndSurfaces();
+    Do({"connect", "Box:Port 1", "Desk"});
+    Do({"connect", "Box:Port 2", "Old"});
+    ASSERT_EQ(KestrinMIDIBeginChanges(), noErr);
+    const auto start = std::chrono::steady_clock::now();
+    const ProgramRun run = RunProgram({"surfaces"});
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(9));
+    KestrinMIDIAbandonChanges();
+    EXPECT_EQ(run.exitCode, kFailed);
+    EXPECT_THAT(run.output, HasSubstr("new: its default settings are"));
+    EXPECT_THAT(run.errors, HasSubstr("lock"));
+    EXPECT_THAT(run.errors, Not(testing::ContainsRegex("-[0-9]{4}")));
 }
 
 TEST_F(MidiSetup, RemovesADeviceWithItsCables) {
@@ -179,6 +250,32 @@ TEST_F(MidiSetup, MakesNamesOfAnyBytesPrintable) {
     EXPECT_THAT(Do({"list"}), HasSubstr("a\\x1b[31m\\x0a\\u{202e}b"));
     EXPECT_THAT(Do({"list"}), Not(HasSubstr("\033")));
     EXPECT_THAT(Refused({"add", "external", "\xff"}), HasSubstr("\"\\xff\" is not valid UTF-8"));
+    Do({"rename", "a\033[31m\n\u202Eb", "x\u200B\u202E\U000E0041y"});
+    EXPECT_THAT(Do({"list", "--json"}), HasSubstr("\"x\\u200b\\u202e\\udb40\\udc41y\""));
+    EXPECT_THAT(Do({"list"}), HasSubstr("x\\u{200b}\\u{202e}\\u{e0041}y"));
+
+    Do({"add", "external", "שלום"});
+    EXPECT_THAT(Do({"list"}), HasSubstr("\u2068שלום\u2069"));
+    EXPECT_EQ(Do({"get", "\u2068שלום\u2069", "name"}), "שלום\n") << "as copied from the list";
+}
+
+TEST_F(MidiSetup, TellsAtOnceWhatANewDeviceWillBeTakenFor) {
+    const auto add = [&](const std::string& name, const std::string& maker,
+                         const std::string& model) {
+        return Do({"add", "external", name, "--manufacturer", maker, "--model", model});
+    };
+    EXPECT_THAT(add("A", "Mackie", "Mackie Control Extender"),
+                HasSubstr("midisetup set \"A\" model \"Mackie Control Exp\""));
+    EXPECT_THAT(add("B", "mackie", "hui"), HasSubstr("taken for no surface"));
+    EXPECT_THAT(add("C", "LOUD Technologies, Inc.", "MCU Pro USB"), HasSubstr("plugged in itself"));
+    EXPECT_THAT(add("D", "Mackie", "Mackie Control"), Not(HasSubstr("Hint")));
+    EXPECT_THAT(RunProgram({"doctor"}).output, HasSubstr("taken for a main unit"));
+
+    EXPECT_THAT(Refused({"add", "external", "A"}), HasSubstr("--force"));
+    Do({"add", "external", "A", "--force"});
+    EXPECT_THAT(Refused({"add", "external", ""}), HasSubstr("the name is empty"));
+    EXPECT_THAT(Refused({"rename", "D", ""}), HasSubstr("the name is empty"));
+    EXPECT_THAT(Refused({"set", "D", "", "1"}), HasSubstr("the key is empty"));
 }
 
 TEST_F(MidiSetup, BringsAnExportedStudioIntoANewDatabaseUnchanged) {
@@ -191,6 +288,43 @@ TEST_F(MidiSetup, BringsAnExportedStudioIntoANewDatabaseUnchanged) {
     const TestStudio other;
     EXPECT_THAT(Do({"import", "-", "--yes"}, document), HasSubstr("  add external HUI\n"));
     EXPECT_EQ(Do({"export"}), document);
+}
+
+TEST_F(MidiSetup, KeepsTheOlderExportAndTheDatabaseWhereAnExportFails) {
+    AddBoxAndSurfaces();
+    const TemporaryFolder folder;
+    const std::string file = folder / "studio.json";
+    Do({"export", file});
+    const std::string older = ReadAll(file);
+    Do({"set", "Box", "long", std::string(100000, 'x')});
+    const std::string limited = "trap '' XFSZ; ulimit -f 64; exec '" MIDISETUP_PROGRAM "' export '";
+    EXPECT_NE(std::system((limited + file + "' 2>'" + file + ".errors'").c_str()), 0);
+    EXPECT_THAT(ReadAll(file + ".errors"), HasSubstr("cannot write " + file));
+    EXPECT_EQ(ReadAll(file), older);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 2);
+
+    EXPECT_THAT(Refused({"export", fStudio.DatabasePath()}), HasSubstr("database itself"));
+    EXPECT_THAT(Refused({"export", "/dev/full"}), HasSubstr("No space left"));
+    const std::string full = "'" MIDISETUP_PROGRAM "' list >/dev/full 2>'" + file + "'";
+    EXPECT_NE(std::system(full.c_str()), 0);
+    EXPECT_THAT(ReadAll(file), HasSubstr("standard output cannot be written"));
+}
+
+TEST_F(MidiSetup, ImportsAllOrNothing) {
+    const auto device = [](int id, std::size_t length) {
+        return json({{"uniqueID", id},
+                     {"kind", "external"},
+                     {"properties", {{"name", std::string(length, 'x')}}},
+                     {"entities", json::array()}});
+    };
+    const json document = {{"format", "midisetup"},
+                           {"version", 1},
+                           {"endpoints", json::array()},
+                           {"devices", {device(5, 3), device(6, std::size_t{2} << 20U)}}};
+    EXPECT_EQ(RunProgram({"import", "-", "--yes"}, document.dump()).exitCode, kFailed);
+    EXPECT_EQ(MIDIGetNumberOfExternalDevices(), 0u);
+    EXPECT_THAT(RunProgram({"import", "-"}, std::string(60000, '[')).errors, HasSubstr("too deep"));
+    EXPECT_THAT(Refused({"import", "/dev/zero"}), HasSubstr("larger than 64 MiB"));
 }
 
 TEST_F(MidiSetup, ShowsWhatAnImportWouldChangeAndAsks) {
@@ -255,9 +389,23 @@ TEST_F(MidiSetup, TellsTheDoctorsFindings) {
                                        "position 1"));
 }
 
+TEST_F(MidiSetup, TellsWhatUnitsWithoutASerialNumberLeftBehind) {
+    fStudio.RunSQL("INSERT INTO objects (id, type, position, unique_id) VALUES (1, 0, 0, 51),"
+                   " (2, 0, 1, 52);"
+                   "INSERT INTO properties VALUES (1, 'driver', 'x'), (2, 'driver', 'x');"
+                   "INSERT INTO hardware VALUES (1, 'usb', '', 'p', '', ''),"
+                   " (2, 'usb', '123', 'q', '', '')");
+    const std::string found = RunProgram({"doctor"}).output;
+    EXPECT_THAT(found, HasSubstr("without a serial number: 1 "));
+    EXPECT_THAT(found, HasSubstr("    midisetup remove 51\n"));
+}
+
 TEST_F(MidiSetup, TellsWhyADatabaseCannotBeUsedAndRepairsADamagedOne) {
     std::ofstream(fStudio.DatabasePath()) << "this is no database, and long enough to be seen so";
     EXPECT_THAT(Refused({"list"}), HasSubstr("midisetup doctor"));
+    const ProgramRun mixer = RunProgram({}, "", MIXER_PROGRAM);
+    EXPECT_EQ(mixer.exitCode, kFailed);
+    EXPECT_THAT(mixer.errors, HasSubstr(fStudio.DatabasePath().string()));
     const ProgramRun doctor = RunProgram({"doctor"});
     EXPECT_EQ(doctor.exitCode, kDatabase);
     EXPECT_THAT(doctor.output, HasSubstr("--repair"));
@@ -267,7 +415,18 @@ TEST_F(MidiSetup, TellsWhyADatabaseCannotBeUsedAndRepairsADamagedOne) {
 
 TEST_F(MidiSetup, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
     EXPECT_THAT(Do({"surfaces", "--help"}), HasSubstr("stores the default settings"));
-    EXPECT_THAT(Refused({"dance"}, kUsage), Not(testing::IsEmpty()));
+    EXPECT_EQ(Do({"help", "surfaces"}), Do({"surfaces", "--help"}));
+    const std::pair<std::vector<std::string>, const char*> mistakes[] = {
+        {{"dance"}, "has no command \"dance\""},
+        {{"surface"}, "did you mean \"surfaces\""},
+        {{"add", "extrenal", "x"}, "did you mean \"external\""},
+        {{"--json", "list"},
+         "midisetup takes no option \"--json\"; it stands behind: midisetup list"},
+        {{"list", "--repair"}, "it stands behind: midisetup doctor"},
+        {{"connect", "a"}, "Usage: midisetup connect PORT DEVICE"},
+        {std::vector<std::string>(), "needs a command: list, "}};
+    for (const auto& [words, message] : mistakes)
+        EXPECT_THAT(Refused(words, kUsage), HasSubstr(message));
     EXPECT_THAT(Refused({"add", "interface", "Box", "--ports", "-1"}, kUsage), HasSubstr("ports"));
 }
 

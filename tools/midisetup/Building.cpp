@@ -34,13 +34,8 @@ void AddToSetup(DeviceKind kind, MIDIDeviceRef device) {
 MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description,
                           const std::function<void(MIDIDeviceRef)>& furnish) {
     const MIDIDeviceRef device = CreateDevice(kind, description);
-    try {
-        furnish(device);
-        AddToSetup(kind, device);
-    } catch (...) {
-        RemoveDevice(kind, device);
-        throw;
-    }
+    furnish(device);
+    AddToSetup(kind, device);
     return device;
 }
 

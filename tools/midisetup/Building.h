@@ -14,8 +14,8 @@ struct DeviceDescription {
 };
 
 /// Makes a device, has it furnished with ports and properties, and adds it to the setup; `kind` is
-/// an interface or external. Throws Failure, or what `furnish` throws, and then leaves no part of
-/// it.
+/// an interface or external. Throws Failure, or what `furnish` throws; the change that it is part
+/// of is then abandoned by whoever began it.
 MIDIDeviceRef BuildDevice(DeviceKind kind, const DeviceDescription& description,
                           const std::function<void(MIDIDeviceRef)>& furnish);
 

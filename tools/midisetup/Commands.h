@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/midisetup/Changes.h"
+
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
@@ -13,6 +15,7 @@ using Action = std::function<int()>;
 /// Each adds its commands to the program; a command that is given sets `chosen`.
 void AddListCommands(CLI::App& program, Action& chosen);
 void AddPropertyCommands(CLI::App& program, Action& chosen);
+void AddPlaceCommand(CLI::App& program, Action& chosen);
 void AddDeviceCommands(CLI::App& program, Action& chosen);
 void AddConnectionCommands(CLI::App& program, Action& chosen);
 void AddTransferCommands(CLI::App& program, Action& chosen);
@@ -28,6 +31,18 @@ std::shared_ptr<Options> OptionsFor(CLI::App* command, Action& chosen, int (*run
     auto options = std::make_shared<Options>();
     command->callback(
         [&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+    return options;
+}
+
+/// The same for a command that changes something. All that `run` reads and changes is one change;
+/// it answers what to print when that is stored.
+template <typename Options>
+std::shared_ptr<Options> OptionsForChange(CLI::App* command, Action& chosen,
+                                          std::string (*run)(const Options&)) {
+    auto options = std::make_shared<Options>();
+    command->callback([&chosen, options, run] {
+        chosen = [options, run] { return InOneChange([&] { return run(*options); }); };
+    });
     return options;
 }
 

@@ -15,23 +15,48 @@ struct CableOptions {
     std::string device;
 };
 
-const NamedObject& InterfacePort(const ObjectNames& names, const std::string& given) {
-    const NamedObject& port = names.Named(given);
-    if (port.device != nullptr && port.entity == nullptr)
-        throw Failure("\"" + Printable(given) + "\" is a device; name one of its ports, as in \"" +
-                      Printable(given) + ":Port 1\"");
-    if (port.device != nullptr && port.device->kind == DeviceKind::kExternal)
-        throw Failure("\"" + Printable(given) +
-                      "\" belongs to an external device; the port of an interface comes first");
-    return port;
+bool IsExternal(const NamedObject& object) {
+    return object.device != nullptr && object.device->kind == DeviceKind::kExternal;
 }
 
-const NamedObject& ExternalObject(const ObjectNames& names, const std::string& given) {
-    const NamedObject& object = names.Named(given);
-    if (object.device == nullptr || object.device->kind != DeviceKind::kExternal)
-        throw Failure("\"" + Printable(given) +
-                      "\" is not an external device; only those are cabled to a port");
-    return object;
+/// How a command line names the object, or a port of it where it is a device.
+std::string PortWord(const NamedObject& object, const ObjectNames& names) {
+    const bool hasPort =
+        object.entity == nullptr && object.device != nullptr && !object.device->entities.empty();
+    return names.Word(hasPort ? object.device->entities.front().id : object.id);
+}
+
+struct Cable {
+    const NamedObject& port;
+    const NamedObject* external; ///< null for all that is connected to the port
+};
+
+/// Throws Failure, with advice, where `command` cannot connect what was named.
+void Check(const Cable& cable, const ObjectNames& names, const std::string& command) {
+    const NamedObject& port = cable.port;
+    const std::string portName = "\"" + Printable(port.path) + "\"";
+    if (cable.external != nullptr && IsExternal(port) && !IsExternal(*cable.external))
+        throw Failure("the port stands first: midisetup " + command + " " +
+                      PortWord(*cable.external, names) + " " + names.Word(port.id));
+    if (cable.external != nullptr && !IsExternal(*cable.external))
+        throw Failure("\"" + Printable(cable.external->path) +
+                      "\" is not an external device; only those are cabled to a port, and "
+                      "\"midisetup add external\" adds one");
+    if (IsExternal(port))
+        throw Failure(portName + " belongs to an external device; the port of an interface, or of "
+                                 "a program, stands first; \"midisetup list\" shows them");
+    if (port.device != nullptr && port.entity == nullptr)
+        throw Failure(portName + " is a device; name one of its ports, as in " +
+                      PortWord(port, names));
+}
+
+Cable NamedCable(const CableOptions& options, const ObjectNames& names,
+                 const std::string& command) {
+    const bool isAll = options.device.empty();
+    const Cable cable{names.NamedPort(options.port),
+                      isAll ? nullptr : &names.NamedPort(options.device)};
+    Check(cable, names, command);
+    return cable;
 }
 
 /// What a port's source or destination is connected to: the whole device where that was named, else
@@ -71,42 +96,42 @@ bool DisconnectEndpoint(const Endpoint& endpoint, const NamedObject* external,
     return true;
 }
 
-int Connect(const CableOptions& options) {
+std::string Connect(const CableOptions& options) {
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
-    const NamedObject& port = InterfacePort(names, options.port);
-    const NamedObject& external = ExternalObject(names, options.device);
+    if (options.device.empty())
+        throw Failure("the device's name is empty; \"midisetup list\" shows what there is");
+    const Cable cable = NamedCable(options, names, "connect");
     bool changed = false;
-    for (const Endpoint& endpoint : EndpointsOf(port))
-        changed = ConnectEndpoint(endpoint, PeerOf(endpoint, external)) || changed;
-    if (!changed)
-        std::cout << "They are connected already.\n";
-    return kExitDone;
+    for (const Endpoint& endpoint : EndpointsOf(cable.port, studio))
+        changed = ConnectEndpoint(endpoint, PeerOf(endpoint, *cable.external)) || changed;
+    return changed ? "" : "They are connected already.\n";
 }
 
-int Disconnect(const CableOptions& options) {
+std::string Disconnect(const CableOptions& options) {
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
-    const NamedObject& port = InterfacePort(names, options.port);
-    const NamedObject* external =
-        options.device.empty() ? nullptr : &ExternalObject(names, options.device);
+    const Cable cable = NamedCable(options, names, "disconnect");
     bool changed = false;
-    for (const Endpoint& endpoint : EndpointsOf(port))
-        changed = DisconnectEndpoint(endpoint, external, names) || changed;
+    for (const Endpoint& endpoint : EndpointsOf(cable.port, studio))
+        changed = DisconnectEndpoint(endpoint, cable.external, names) || changed;
     if (!changed)
-        throw Failure("nothing is connected there");
-    return kExitDone;
+        throw Failure((cable.external != nullptr ? Printable(cable.external->path) : "nothing") +
+                      " is " + (cable.external != nullptr ? "not " : "") + "connected to " +
+                      Printable(cable.port.path));
+    return "";
 }
 
 } // namespace
 
 void AddConnectionCommands(CLI::App& program, Action& chosen) {
-    CLI::App* connect = program.add_subcommand(
-        "connect", "Tell that an external device is cabled to a port of an interface");
+    CLI::App* connect =
+        program.add_subcommand("connect", "Tell that an external device is cabled to a port");
     Explain(connect,
-            "Both directions of the port are connected. A port may have several devices, of "
-            "which\nprograms that look for one surface take the first.");
-    auto connectOptions = OptionsFor(connect, chosen, Connect);
+            "PORT is that of an interface, or one that a program offers, as network MIDI does. "
+            "Both\ndirections of it are connected. A port may have several devices, of which "
+            "programs that\nlook for one surface take the first.");
+    auto connectOptions = OptionsForChange(connect, chosen, Connect);
     connect->add_option("PORT", connectOptions->port, "\"Interface:Port 1\" or a unique ID")
         ->required();
     connect
@@ -116,7 +141,7 @@ void AddConnectionCommands(CLI::App& program, Action& chosen) {
 
     CLI::App* disconnect =
         program.add_subcommand("disconnect", "Take a device, or everything, off a port");
-    auto disconnectOptions = OptionsFor(disconnect, chosen, Disconnect);
+    auto disconnectOptions = OptionsForChange(disconnect, chosen, Disconnect);
     disconnect->add_option("PORT", disconnectOptions->port, "\"Interface:Port 1\" or a unique ID")
         ->required();
     disconnect->add_option("DEVICE", disconnectOptions->device,

@@ -47,9 +47,19 @@ void SetConnections(MIDIObjectRef port, const std::vector<MIDIUniqueID>& ids) {
         SetProperty(port, ConnectionKey(), ConnectionValue(ids));
 }
 
-std::vector<Endpoint> EndpointsOf(const NamedObject& port) {
-    if (port.entity == nullptr)
-        return {{port.reference, port.id, port.path, port.kind == "source", false}};
+std::vector<Endpoint> EndpointsOf(const NamedObject& port, const Studio& studio) {
+    if (port.entity == nullptr) {
+        std::vector<Endpoint> same;
+        std::vector<Endpoint> named;
+        for (const Endpoint& endpoint : studio.programEndpoints) {
+            if (port.otherNames.front() == endpoint.name)
+                same.push_back(endpoint);
+            if (port.reference == endpoint.reference)
+                named.push_back(endpoint);
+        }
+        const bool isOnePort = same.size() == 2 && same[0].isSource != same[1].isSource;
+        return isOnePort ? same : named;
+    }
     std::vector<Endpoint> endpoints = port.entity->sources;
     endpoints.insert(endpoints.end(), port.entity->destinations.begin(),
                      port.entity->destinations.end());

@@ -21,7 +21,8 @@ PropertyValue ConnectionValue(const std::vector<MIDIUniqueID>& ids);
 void SetConnections(MIDIObjectRef port, const std::vector<MIDIUniqueID>& ids);
 
 /// The sources and destinations that a connection of `port` concerns: those of the whole port, also
-/// when one direction of it was named.
-std::vector<Endpoint> EndpointsOf(const NamedObject& port);
+/// when one direction of it was named. A program's port is its source and its destination of one
+/// name; where several bear that, the named one alone.
+std::vector<Endpoint> EndpointsOf(const NamedObject& port, const Studio& studio);
 
 } // namespace MidiSetup

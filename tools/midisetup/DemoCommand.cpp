@@ -6,7 +6,6 @@
 #include "tools/midisetup/Failure.h"
 
 #include <algorithm>
-#include <iostream>
 
 namespace MidiSetup {
 
@@ -73,14 +72,14 @@ void BuildRack() {
     Place(hui, 2, 0);
 }
 
-int Demo(const DemoOptions&) {
+std::string Demo(const DemoOptions&) {
     RequireEmptyStudio(ReadStudio());
     BuildDesk();
     BuildUSBUnit();
     BuildRack();
-    std::cout << "The demonstration studio is set up: \"midisetup list\" shows it, \"midisetup "
-                 "surfaces\" what Sorvex Mackie Setup finds in it.\n";
-    return kExitDone;
+    return "The demonstration studio is set up: \"midisetup list\" shows it, \"midisetup "
+           "surfaces\" "
+           "what Sorvex Mackie Setup finds in it.\n";
 }
 
 } // namespace
@@ -91,7 +90,7 @@ void AddDemoCommand(CLI::App& program, Action& chosen) {
     Explain(demo,
             "A main unit with two extenders, a USB unit, a HUI and a SAC-2K, some grouped, some "
             "new.\nRefuses where devices were added or surfaces set up already.");
-    OptionsFor(demo, chosen, Demo);
+    OptionsForChange(demo, chosen, Demo);
 }
 
 } // namespace MidiSetup

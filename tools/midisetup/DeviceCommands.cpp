@@ -5,8 +5,8 @@
 #include "tools/midisetup/ObjectNaming.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
+#include "tools/midisetup/SurfaceHints.h"
 
-#include <iostream>
 #include <unordered_set>
 
 namespace MidiSetup {
@@ -19,19 +19,37 @@ struct AddOptions {
     DeviceKind kind = DeviceKind::kExternal;
     DeviceDescription description;
     int ports = 1;
+    bool force = false;
 };
 
 struct RemoveOptions {
     std::string object;
 };
 
-int Add(const AddOptions& options) {
-    RequireDatabase();
-    const MIDIDeviceRef device =
-        BuildDeviceWithPorts(options.kind, options.description, options.ports);
-    std::cout << "Added " << Printable(MidiObject::String(device, kMIDIPropertyName).value_or(""))
-              << " with the unique ID " << MidiObject::ID(device) << ".\n";
-    return kExitDone;
+void RefuseName(const AddOptions& options, const ObjectNames& names) {
+    const std::string& name = options.description.name;
+    if (name.empty())
+        throw Failure("the name is empty; give one of a letter at least");
+    for (const NamedObject& object : names.All()) {
+        const bool isSame = object.device != nullptr &&
+                            object.reference == object.device->reference && object.path == name;
+        if (isSame && !options.force)
+            throw Failure("there is a device \"" + Printable(name) + "\" already (" + object.kind +
+                          ", unique ID " + std::to_string(object.id) +
+                          "); --force adds another one of that name");
+    }
+}
+
+std::string Add(const AddOptions& options) {
+    RefuseName(options, ObjectNames(ReadStudio()));
+    const MIDIUniqueID id =
+        MidiObject::ID(BuildDeviceWithPorts(options.kind, options.description, options.ports));
+    const Studio studio = ReadStudio();
+    const ObjectNames names(studio);
+    const Device& device = *names.Named(std::to_string(id)).device;
+    const auto hint = ModelHint(device, names.Word(id));
+    return "Added " + Printable(device.name) + " with the unique ID " + std::to_string(id) + ".\n" +
+           (hint ? "Hint: " + *hint + "\n" : "");
 }
 
 /// The unique IDs that go when `object` is removed.
@@ -59,34 +77,34 @@ void RemoveCablesTo(const std::unordered_set<MIDIUniqueID>& gone, const ObjectNa
     }
 }
 
-void RemoveUnplugged(const Device& device) {
-    const OSStatus status = RemoveDevice(device.kind, device.reference);
+void RemoveUnplugged(const NamedObject& object) {
+    const bool isPort = object.entity != nullptr;
+    const OSStatus status = isPort
+                                ? MIDIDeviceRemoveEntity(object.device->reference, object.reference)
+                                : RemoveDevice(object.device->kind, object.reference);
+    const std::string name = Printable(object.path);
     if (status == kMIDINotPermitted)
-        throw Failure("cannot remove the device: it is plugged in");
-    Check(status, "remove the device");
+        throw Failure("cannot remove " + name + ": it is plugged in; unplug it first");
+    Check(status, "remove " + name);
 }
 
-int Remove(const RemoveOptions& options) {
+std::string Remove(const RemoveOptions& options) {
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
     const NamedObject& object = names.Named(options.object);
     const bool isDirection =
         object.entity != nullptr && object.reference != object.entity->reference;
     if (object.device == nullptr || isDirection)
-        throw Failure("only devices and ports can be removed");
-
-    if (object.entity != nullptr)
-        Check(MIDIDeviceRemoveEntity(object.device->reference, object.reference),
-              "remove the port");
-    else
-        RemoveUnplugged(*object.device);
+        throw Failure("only devices and ports can be removed, and " + Printable(object.path) +
+                      " is a " + object.kind);
     RemoveCablesTo(IDsWithin(object, names), names);
-    return kExitDone;
+    RemoveUnplugged(object);
+    return "";
 }
 
 void AddAddCommand(CLI::App* add, Action& chosen, DeviceKind kind, const char* help) {
     CLI::App* command = add->add_subcommand(KindName(kind), help);
-    auto options = OptionsFor(command, chosen, Add);
+    auto options = OptionsForChange(command, chosen, Add);
     options->kind = kind;
     DeviceDescription& description = options->description;
     command->add_option("NAME", description.name, "Its name")->required();
@@ -95,6 +113,7 @@ void AddAddCommand(CLI::App* add, Action& chosen, DeviceKind kind, const char* h
     command->add_option("--ports", options->ports, "How many ports, each in and out")
         ->check(CLI::Range(0, kMostPorts))
         ->capture_default_str();
+    command->add_flag("--force", options->force, "Also where a device bears that name already");
 }
 
 } // namespace
@@ -109,7 +128,7 @@ void AddDeviceCommands(CLI::App& program, Action& chosen) {
     CLI::App* remove =
         program.add_subcommand("remove", "Forget a device or one of its ports, with all settings");
     Explain(remove, "Cables to it are taken off. A device that is plugged in cannot be removed.");
-    auto removeOptions = OptionsFor(remove, chosen, Remove);
+    auto removeOptions = OptionsForChange(remove, chosen, Remove);
     remove->add_option("OBJECT", removeOptions->object, "A unique ID or a name")->required();
 }
 

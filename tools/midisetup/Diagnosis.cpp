@@ -3,7 +3,11 @@
 #include "Surfaces/SurfaceDiscovery.h"
 
 #include "tools/midisetup/Connections.h"
+#include "tools/midisetup/Json.h"
 #include "tools/midisetup/Output.h"
+#include "tools/midisetup/SurfaceHints.h"
+
+#include <CoreMIDI/MIDIDatabase.h>
 
 #include <map>
 #include <unordered_map>
@@ -59,24 +63,36 @@ void FollowCables(ReachOfDevices& reach, const ObjectNames& names) {
     }
 }
 
-Problem OneWay(const std::string& name, bool isHeard) {
+Problem OneWay(const std::string& name, const std::string& word, bool isHeard) {
     return {name + (isHeard ? " is connected to an input only; nothing can be sent to it."
                             : " is connected to an output only; nothing can be received from it."),
-            "Connect it in both directions: midisetup connect PORT \"" + name + "\""};
+            "Connect it in both directions: midisetup connect PORT " + word};
 }
 
-Problem Uncabled(const std::string& name) {
+Problem Uncabled(const std::string& name, const std::string& word) {
     return {name + " is connected to no port, so that no program can find it.",
-            "Tell where it is plugged: midisetup connect PORT \"" + name + "\""};
+            "Tell where it is plugged: midisetup connect PORT " + word};
 }
 
-std::optional<Problem> ProblemOf(const Device& device, const Reach& reach) {
+std::optional<Problem> ProblemOf(const Device& device, const Reach& reach,
+                                 const std::string& word) {
     const std::string name = Printable(device.name);
     if (reach.bySource != reach.byDestination)
-        return OneWay(name, reach.bySource);
+        return OneWay(name, word, reach.bySource);
     if (reach.bySource || device.kind != DeviceKind::kExternal || !IsSurface(device))
         return std::nullopt;
-    return reach.byCable ? std::nullopt : std::optional(Uncabled(name));
+    return reach.byCable ? std::nullopt : std::optional(Uncabled(name, word));
+}
+
+std::string NamesOf(const std::vector<const Device*>& devices) {
+    std::string list;
+    for (const Device* const device : devices)
+        list += (list.empty() ? "" : ", ") + Printable(device->name);
+    return list;
+}
+
+std::string PlaceCommand(const std::string& word, const std::string& group) {
+    return "midisetup place " + word + " " + group + " POSITION";
 }
 
 } // namespace
@@ -102,31 +118,92 @@ std::vector<Problem> FindUnreachableSurfaces(const Studio& studio, const ObjectN
     FollowCables(reach, names);
     std::vector<Problem> problems;
     for (const Device& device : studio.devices) {
-        if (auto problem = ProblemOf(device, reach[device.id]))
+        if (auto problem = ProblemOf(device, reach[device.id], names.Word(device.id)))
             problems.push_back(*std::move(problem));
     }
     return problems;
 }
 
-std::vector<Problem> FindSharedPlaces(const Studio& studio) {
-    std::map<std::pair<SInt32, SInt32>, std::vector<std::string>> places;
+std::vector<Problem> FindSharedPlaces(const Studio& studio, const ObjectNames& names) {
+    std::map<std::pair<SInt32, SInt32>, std::vector<const Device*>> places;
     for (const Device& device : studio.devices) {
         const GroupSettings settings = StoredSettings(device.reference);
         if (settings.group && settings.position && IsSurface(device))
-            places[{*settings.group, *settings.position}].push_back(Printable(device.name));
+            places[{*settings.group, *settings.position}].push_back(&device);
     }
     std::vector<Problem> problems;
     for (const auto& [place, surfaces] : places) {
-        if (surfaces.size() < 2)
-            continue;
-        std::string list;
-        for (const std::string& surface : surfaces)
-            list += (list.empty() ? "" : ", ") + surface;
-        problems.push_back({list + " have the same group " + std::to_string(place.first) +
-                                " and position " + std::to_string(place.second) + ".",
-                            "Give each a position of its own in Sorvex Mackie Setup."});
+        const std::string group = std::to_string(place.first);
+        if (surfaces.size() > 1)
+            problems.push_back({NamesOf(surfaces) + " have the same group " + group +
+                                    " and position " + std::to_string(place.second) + ".",
+                                "Give each a position of its own, as in: " +
+                                    PlaceCommand(names.Word(surfaces.back()->id), group)});
     }
     return problems;
+}
+
+std::vector<Problem> FindWrongSettings(const ObjectNames& names) {
+    std::vector<Problem> problems;
+    for (const NamedObject& object : names.All()) {
+        for (const auto& [key, value] : OwnProperties(object.reference)) {
+            if (const auto fault = FaultInSetting(object.id, key, value))
+                problems.push_back(
+                    {Printable(object.path) + " has " + key + " " +
+                         Printable(ValueToJson(key, value).dump()) + ", but " + *fault + ".",
+                     "Set both anew: " + PlaceCommand(names.Word(object.id), "GROUP")});
+        }
+    }
+    return problems;
+}
+
+std::vector<Problem> FindUnplacedSurfaces(const Studio& studio, const ObjectNames& names) {
+    std::vector<Problem> notes;
+    for (const Device& device : studio.devices) {
+        const auto position = StoredSettings(device.reference).position;
+        if ((!position || position == device.id) && IsSurface(device))
+            notes.push_back({Printable(device.name) + " has no position that was chosen.",
+                             "Choose one in Sorvex Mackie Setup, or by: " +
+                                 PlaceCommand(names.Word(device.id), "GROUP")});
+    }
+    return notes;
+}
+
+std::vector<Problem> FindOddModels(const Studio& studio, const ObjectNames& names) {
+    std::vector<Problem> notes;
+    for (const Device& device : studio.devices) {
+        if (auto hint = ModelHint(device, names.Word(device.id)))
+            notes.push_back({"The model of " + Printable(device.name) + ":", *std::move(hint)});
+    }
+    return notes;
+}
+
+std::vector<Problem> FindUnitsWithoutSerial(const Studio& studio) {
+    std::vector<const Device*> plugged;
+    std::vector<const Device*> gone;
+    std::string commands;
+    for (const Device& device : studio.devices) {
+        if (device.kind != DeviceKind::kCard || KestrinMIDIDeviceHasSerial(device.reference))
+            continue;
+        if (device.isOffline) {
+            gone.push_back(&device);
+            commands += "\n    midisetup remove " + std::to_string(device.id);
+        } else if (MidiObject::String(device.reference, kKestrinMIDIPropertyUSBPath)) {
+            plugged.push_back(&device);
+        }
+    }
+    std::vector<Problem> notes;
+    if (!plugged.empty())
+        notes.push_back({"Known by their USB port alone, since they have no serial number: " +
+                             NamesOf(plugged) + ".",
+                         "Leave each in its port, so that it keeps its settings."});
+    if (!gone.empty())
+        notes.push_back(
+            {"Unplugged, without a serial number: " + std::to_string(gone.size()) + " (" +
+                 NamesOf(gone) + ").",
+             "What is only an old place of a unit that you still use can be forgotten:" +
+                 commands});
+    return notes;
 }
 
 } // namespace MidiSetup

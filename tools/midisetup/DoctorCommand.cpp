@@ -1,8 +1,8 @@
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Diagnosis.h"
 #include "tools/midisetup/Failure.h"
+#include "tools/midisetup/Json.h"
 #include "tools/midisetup/Output.h"
-#include "tools/midisetup/Properties.h"
 
 #include <CoreMIDI/MIDIDatabase.h>
 
@@ -14,15 +14,30 @@ namespace {
 
 struct DoctorOptions {
     bool repair = false;
+    bool asJson = false;
 };
 
-void Print(const Problem& problem) {
-    std::cout << Strong("Problem: ") << problem.what << "\n  " << problem.remedy << "\n";
+/// All that was found, and the exit code that it makes.
+struct Findings {
+    std::vector<Problem> problems;
+    std::vector<Problem> notes;
+    int exitCode = kExitDone;
+};
+
+void Print(const char* title, const std::vector<Problem>& problems) {
+    for (const Problem& problem : problems)
+        std::cout << Strong(title) << problem.what << "\n  " << problem.remedy << "\n";
 }
 
-void Print(const std::vector<Problem>& problems) {
+Json ToJson(const std::vector<Problem>& problems) {
+    Json list = Json::array();
     for (const Problem& problem : problems)
-        Print(problem);
+        list.push_back({{"what", problem.what}, {"remedy", problem.remedy}});
+    return list;
+}
+
+void Append(std::vector<Problem>& problems, std::vector<Problem> more) {
+    problems.insert(problems.end(), more.begin(), more.end());
 }
 
 std::string TextOrEmpty(CFStringRef owned) {
@@ -74,13 +89,29 @@ std::vector<Problem> FindSequencerProblems() {
     }
 }
 
-std::vector<Problem> FindStudioProblems() {
+void ExamineStudio(Findings& findings) {
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
     std::vector<Problem> problems = FindLooseCables(names);
-    for (auto& more : {FindUnreachableSurfaces(studio, names), FindSharedPlaces(studio)})
-        problems.insert(problems.end(), more.begin(), more.end());
-    return problems;
+    Append(problems, FindUnreachableSurfaces(studio, names));
+    Append(problems, FindWrongSettings(names));
+    Append(problems, FindSharedPlaces(studio, names));
+    if (!problems.empty())
+        findings.exitCode = kExitFailed;
+    Append(findings.problems, problems);
+    Append(findings.notes, FindUnplacedSurfaces(studio, names));
+    Append(findings.notes, FindOddModels(studio, names));
+    Append(findings.notes, FindUnitsWithoutSerial(studio));
+}
+
+Findings Examine() {
+    if (auto problems = FindDatabaseProblems(); !problems.empty())
+        return {problems, {}, kExitDatabase};
+    Findings findings{FindSequencerProblems(), {}, kExitDone};
+    if (!findings.problems.empty())
+        findings.exitCode = kExitSequencer;
+    ExamineStudio(findings);
+    return findings;
 }
 
 void Repair() {
@@ -98,23 +129,23 @@ void Repair() {
 }
 
 int Doctor(const DoctorOptions& options) {
-    std::cout << "Database: " << Printable(TextOrEmpty(KestrinMIDICopyDatabasePath())) << "\n";
+    const std::string path = TextOrEmpty(KestrinMIDICopyDatabasePath());
+    if (!options.asJson)
+        std::cout << "Database: " << Printable(path) << "\n";
     if (options.repair)
         Repair();
-    if (const auto problems = FindDatabaseProblems(); !problems.empty()) {
-        Print(problems);
-        return kExitDatabase;
+    const Findings findings = Examine();
+    if (options.asJson) {
+        std::cout << DocumentText({{"database", path},
+                                   {"problems", ToJson(findings.problems)},
+                                   {"notes", ToJson(findings.notes)}});
+        return findings.exitCode;
     }
-    const auto sequencerProblems = FindSequencerProblems();
-    const auto studioProblems = FindStudioProblems();
-    Print(sequencerProblems);
-    Print(studioProblems);
-    if (!studioProblems.empty())
-        return kExitFailed;
-    if (!sequencerProblems.empty())
-        return kExitSequencer;
-    std::cout << "No problems were found.\n";
-    return kExitDone;
+    Print("Problem: ", findings.problems);
+    Print("Note: ", findings.notes);
+    if (findings.problems.empty())
+        std::cout << "No problems were found.\n";
+    return findings.exitCode;
 }
 
 } // namespace
@@ -126,8 +157,11 @@ void AddDoctorCommand(CLI::App& program, Action& chosen) {
             "Ends with 0 when all is well, 1 for problems of the studio, 3 when the database "
             "cannot be\nused, 4 when only the sequencer cannot.");
     auto options = OptionsFor(doctor, chosen, Doctor);
-    doctor->add_flag("--repair", options->repair,
-                     "Set a damaged database aside and save what can be read into a new one");
+    auto* asJson = doctor->add_flag("--json", options->asJson, "Print JSON");
+    doctor
+        ->add_flag("--repair", options->repair,
+                   "Set a damaged database aside and save what can be read into a new one")
+        ->excludes(asJson);
 }
 
 } // namespace MidiSetup

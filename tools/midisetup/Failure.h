@@ -20,4 +20,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// The same for a command line that was not understood.
+class UsageFailure : public Failure {
+public:
+    using Failure::Failure;
+};
+
 } // namespace MidiSetup

@@ -1,9 +1,12 @@
 #include "tools/midisetup/Import.h"
 
+#include "Surfaces/SurfaceGroups.h"
+
 #include "tools/midisetup/Building.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
+#include "tools/midisetup/SurfaceHints.h"
 
 #include <algorithm>
 #include <map>
@@ -14,6 +17,9 @@ namespace MidiSetup {
 namespace {
 
 using Properties = std::map<std::string, PropertyValue>;
+
+/// A document of ours has the levels of Json.h; a few more may come.
+constexpr int kDeepest = 20;
 
 const Json& Member(const Json& object, const char* key, Json::value_t type) {
     if (!object.is_object() || !object.contains(key) || object[key].type() != type)
@@ -127,6 +133,10 @@ void VisitDevice(const Json& device, const std::function<void(const Json&)>& vis
         VisitPort(port, visit);
 }
 
+std::string ShownValue(const std::string& key, const PropertyValue& value) {
+    return Printable(ValueToJson(key, value).dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
 /// Reads the whole document, so that a fault in it is found before anything is changed.
 void CheckDocument(const Json& document) {
     std::unordered_set<MIDIUniqueID> seen;
@@ -135,7 +145,11 @@ void CheckDocument(const Json& document) {
         if (id == kMIDIInvalidUniqueID || !seen.insert(id).second)
             throw Failure("the unique ID " + std::to_string(id) +
                           " of the document is not valid, or stands there twice");
-        PropertiesIn(object);
+        for (const auto& [key, value] : PropertiesIn(object)) {
+            if (const auto fault = FaultInSetting(id, key, value))
+                throw Failure("the object " + std::to_string(id) + " of the document: " + *fault +
+                              ", not " + ShownValue(key, value));
+        }
     };
     for (const Json& device : List(document, "devices"))
         VisitDevice(device, check);
@@ -150,10 +164,6 @@ std::optional<DeviceKind> KindIn(const Json& json) {
         if (kind == KindName(known))
             return known;
     return std::nullopt;
-}
-
-std::string ShownValue(const std::string& key, const PropertyValue& value) {
-    return Printable(ValueToJson(key, value).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 using Walk = void (*)(const Json&, const std::function<void(const Json&)>&);
@@ -279,7 +289,10 @@ void Planner::PlanEndpoint(const Json& json) {
 void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
     const NamedObject* object = fNames.WithID(MidiObject::ID(reference));
     const std::string of = " of " + (object != nullptr ? Printable(object->path) : "an object");
-    const Properties wanted = PropertiesIn(json);
+    Properties wanted = PropertiesIn(json);
+    // No position chosen there is none chosen here, also where the unique IDs differ.
+    if (object != nullptr && Holds(wanted, kGroupPositionKey, IDIn(json)))
+        wanted[kGroupPositionKey] = object->id;
     const Properties present = OwnPropertiesOf(reference);
     for (const auto& [key, value] : present) {
         if (wanted.count(key) == 0)
@@ -308,7 +321,13 @@ ImportPlan PlanImport(const Json& document, const Studio& studio, const ObjectNa
 }
 
 Json ParseDocument(const std::string& text) {
-    Json document = Json::parse(text, nullptr, false);
+    const auto refuseDepth = [](int depth, Json::parse_event_t, const Json&) {
+        if (depth > kDeepest)
+            throw Failure(
+                "the document is nested too deep for one that \"midisetup export\" wrote");
+        return true;
+    };
+    const Json document = Json::parse(text, refuseDepth, false);
     if (document.is_discarded())
         throw Failure("the document is not JSON");
     const bool isOurs = document.is_object() && document.value("format", Json()) == "midisetup";

@@ -15,12 +15,16 @@ bool IsConnectionKey(const std::string& key) {
     return key == MidiObject::FromText(kMIDIPropertyConnectionUniqueID);
 }
 
+} // namespace
+
 Json PropertiesToJson(MIDIObjectRef object) {
     Json properties = Json::object();
     for (const auto& [key, value] : OwnProperties(object))
         properties[key] = ValueToJson(key, value);
     return properties;
 }
+
+namespace {
 
 /// Told apart from the properties, since it is what the system sees now and not a setting.
 void MarkOffline(Json& json, bool isOffline) {
@@ -94,6 +98,18 @@ Json StudioToJson(const Studio& studio) {
     return json;
 }
 
+Json DetailsToJson(const NamedObject& object) {
+    Json json = {{"path", object.path},
+                 {"kind", object.kind},
+                 {"uniqueID", object.id},
+                 {"properties", PropertiesToJson(object.reference)}};
+    if (object.entity != nullptr && object.entity->reference != object.reference)
+        json["fromPort"] = PropertiesToJson(object.entity->reference);
+    if (object.device != nullptr && object.device->reference != object.reference)
+        json["fromDevice"] = PropertiesToJson(object.device->reference);
+    return json;
+}
+
 Json ValueToJson(const std::string& key, const PropertyValue& value) {
     if (const auto* number = std::get_if<SInt32>(&value))
         return *number;
@@ -123,7 +139,7 @@ PropertyValue ValueFromJson(const std::string& key, const Json& json) {
 }
 
 std::string DocumentText(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return EscapedJson(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 } // namespace MidiSetup

@@ -8,7 +8,6 @@
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Tree.h"
 
-#include <algorithm>
 #include <iostream>
 
 namespace MidiSetup {
@@ -21,16 +20,19 @@ struct ListOptions {
 
 struct ShowOptions {
     std::string object;
+    bool asJson = false;
 };
 
 /// One surface as the program lists it.
 struct ListedSurface {
-    std::string name;
     MidiDevice record;
-    GroupSettings stored; ///< before the scan
+    bool isNew = false; ///< it had no settings before the scan
     SInt32 shownPosition = 0;
+};
 
-    bool IsNew() const { return !stored.group || !stored.position; }
+struct ScannedSurfaces {
+    std::vector<ListedSurface> list;
+    OSStatus stored = noErr; ///< whether the defaults of the new ones are stored
 };
 
 const char* TypeName(SInt32 type) {
@@ -46,58 +48,62 @@ const char* TypeName(SInt32 type) {
     }
 }
 
-/// What is stored before a scan, by unique ID: a scan gives its defaults to what has none.
-std::unordered_map<MIDIUniqueID, GroupSettings> SettingsBeforeScan(const ObjectNames& names) {
-    std::unordered_map<MIDIUniqueID, GroupSettings> settings;
-    for (const NamedObject& object : names.All())
-        settings.emplace(object.id, StoredSettings(object.reference));
-    return settings;
+bool HasSettings(const MidiDevice& record) {
+    const auto object = MidiObject::WithID(record.uniqueID);
+    const GroupSettings stored = StoredSettings(object ? object->reference : 0);
+    return stored.group && stored.position;
 }
 
-std::vector<ListedSurface> ScanSurfaces() {
-    const Studio studio = ReadStudio();
-    const ObjectNames names(studio);
-    auto before = SettingsBeforeScan(names);
-
+ScannedSurfaces ScanSurfaces() {
+    RequireDatabase();
     std::vector<MidiDevice> records;
-    GetAvailableDevices(records);
+    ReadAvailableDevices(records);
+    ScannedSurfaces surfaces;
+    for (const MidiDevice& record : records)
+        surfaces.list.push_back({record, !HasSettings(record), 0});
+    surfaces.stored = StoreGroupDefaults(records);
+
     std::vector<MidiDevice> shown = records;
     NormaliseGroupPositions(shown);
-
-    std::vector<ListedSurface> surfaces;
     for (std::size_t i = 0; i < records.size(); ++i) {
-        char name[kMidiEndpointNameSize] = {};
-        GetMidiEndpointName(records[i], name);
-        surfaces.push_back({name, records[i], before[records[i].uniqueID], shown[i].groupPosition});
+        surfaces.list[i].record = records[i];
+        surfaces.list[i].shownPosition = shown[i].groupPosition;
     }
     return surfaces;
 }
 
-std::string SurfaceLines(const ListedSurface& surface) {
+std::string SurfaceLines(const ListedSurface& surface, OSStatus stored) {
     const MidiDevice& record = surface.record;
-    std::string lines = Strong(Printable(surface.name)) + "\n  " + TypeName(record.surfaceType) +
-                        " (type " + std::to_string(record.surfaceType) + "), group " +
+    std::string lines = Strong(JoinedSurfaceName(record, Printable).value_or("(no name)")) +
+                        "\n  " + TypeName(record.surfaceType) + " (type " +
+                        std::to_string(record.surfaceType) + "), group " +
                         std::to_string(record.groupID) + ", position " +
                         std::to_string(surface.shownPosition) + ", unique ID " +
                         std::to_string(record.uniqueID) + "\n";
-    if (surface.IsNew())
-        lines += "  new: this scan stored its default settings, group " +
-                 std::to_string(record.groupID) + " and position " +
-                 std::to_string(record.groupPosition) + "\n";
+    if (surface.isNew)
+        lines +=
+            std::string(stored == noErr ? "  new: this scan stored its default settings, group "
+                                        : "  new: its default settings are group ") +
+            std::to_string(record.groupID) + " and position " +
+            std::to_string(record.groupPosition) + "\n";
     else if (surface.shownPosition != record.groupPosition)
         lines += "  stored is position " + std::to_string(record.groupPosition) +
                  "; the program would store the one above\n";
     return lines;
 }
 
+std::string Unchanged(const std::string& name) {
+    return name;
+}
+
 Json SurfaceToJson(const ListedSurface& surface) {
-    return {{"name", surface.name},
+    return {{"name", JoinedSurfaceName(surface.record, Unchanged).value_or("")},
             {"uniqueID", surface.record.uniqueID},
             {"type", surface.record.surfaceType},
             {"group", surface.record.groupID},
             {"position", surface.shownPosition},
             {"storedPosition", surface.record.groupPosition},
-            {"new", surface.IsNew()}};
+            {"new", surface.isNew}};
 }
 
 int List(const ListOptions& options) {
@@ -112,23 +118,23 @@ int List(const ListOptions& options) {
 int Show(const ShowOptions& options) {
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
-    std::cout << DetailsOf(names.Named(options.object), names);
+    const NamedObject& object = names.Named(options.object);
+    std::cout << (options.asJson ? DocumentText(DetailsToJson(object)) : DetailsOf(object, names));
     return kExitDone;
 }
 
 int Surfaces(const ListOptions& options) {
-    const std::vector<ListedSurface> surfaces = ScanSurfaces();
-    if (options.asJson) {
-        Json list = Json::array();
-        for (const ListedSurface& surface : surfaces)
-            list.push_back(SurfaceToJson(surface));
-        std::cout << DocumentText(list);
-        return kExitDone;
+    const ScannedSurfaces surfaces = ScanSurfaces();
+    Json json = Json::array();
+    std::string lines;
+    for (const ListedSurface& surface : surfaces.list) {
+        json.push_back(SurfaceToJson(surface));
+        lines += SurfaceLines(surface, surfaces.stored);
     }
-    for (const ListedSurface& surface : surfaces)
-        std::cout << SurfaceLines(surface);
-    if (surfaces.empty())
-        std::cout << "There are no compatible surfaces.\n";
+    if (lines.empty())
+        lines = "There are no compatible surfaces.\n";
+    std::cout << (options.asJson ? DocumentText(json) : lines);
+    Check(surfaces.stored, "store the default settings of the new surfaces");
     return kExitDone;
 }
 
@@ -142,6 +148,7 @@ void AddListCommands(CLI::App& program, Action& chosen) {
     CLI::App* show = program.add_subcommand("show", "Show one object with all its properties");
     auto showOptions = OptionsFor(show, chosen, Show);
     show->add_option("OBJECT", showOptions->object, "A unique ID or a name")->required();
+    show->add_flag("--json", showOptions->asJson, "Print JSON");
 
     CLI::App* surfaces = program.add_subcommand(
         "surfaces", "Show the control surfaces that Sorvex Mackie Setup would find, in its order");

@@ -4,6 +4,7 @@
 #include "tools/midisetup/Output.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <optional>
 
@@ -17,15 +18,6 @@ std::optional<MIDIUniqueID> ParseID(std::string_view text) {
     if (error != std::errc() || end != text.data() + text.size())
         return std::nullopt;
     return id;
-}
-
-std::string LowerCase(std::string_view text) {
-    std::string lower(text);
-    for (char& letter : lower) {
-        if (letter >= 'A' && letter <= 'Z')
-            letter = static_cast<char>(letter - 'A' + 'a');
-    }
-    return lower;
 }
 
 /// How many letters must be put in, left out or changed to make one text of the other.
@@ -47,14 +39,6 @@ std::size_t EditDistance(std::string_view one, std::string_view other) {
 /// Names longer than this are compared by their parts only.
 constexpr std::size_t kLongestMisspelt = 200;
 
-bool IsSimilar(const std::string& given, const std::string& name) {
-    if (name.find(given) != std::string::npos)
-        return true;
-    if (given.size() > kLongestMisspelt || name.size() > kLongestMisspelt)
-        return false;
-    return EditDistance(given, name) <= given.size() / 4 + 1;
-}
-
 bool IsCalled(const NamedObject& object, std::string_view given) {
     const auto& names = object.otherNames;
     return object.path == given || std::find(names.begin(), names.end(), given) != names.end();
@@ -73,7 +57,40 @@ std::string CandidateLines(const std::vector<const NamedObject*>& candidates) {
     return lines;
 }
 
+/// The text without the marks that Printable isolates a name with, as a name that was copied from a
+/// terminal has them.
+std::string WithoutIsolates(std::string_view text) {
+    std::string plain(text);
+    for (const std::string_view mark : {"\u2068", "\u2069"}) {
+        for (std::size_t at = plain.find(mark); at != std::string::npos; at = plain.find(mark))
+            plain.erase(at, mark.size());
+    }
+    return plain;
+}
+
+/// Whether one name of a program's port means both of its directions.
+bool IsOnePort(const std::vector<const NamedObject*>& called) {
+    return called.size() == 2 && called[0]->device == nullptr && called[1]->device == nullptr &&
+           called[0]->kind != called[1]->kind;
+}
+
+bool IsPlainInShell(const std::string& text) {
+    return !text.empty() && text.front() != '-' &&
+           std::all_of(text.begin(), text.end(), [](char letter) {
+               return std::isalnum(static_cast<unsigned char>(letter)) != 0 ||
+                      std::string_view(" :-_.,+/()").find(letter) != std::string_view::npos;
+           });
+}
+
 } // namespace
+
+bool IsSimilar(const std::string& given, const std::string& name) {
+    if (name.find(given) != std::string::npos)
+        return true;
+    if (given.size() > kLongestMisspelt || name.size() > kLongestMisspelt)
+        return false;
+    return EditDistance(given, name) <= given.size() / 4 + 1;
+}
 
 ObjectNames::ObjectNames(const Studio& studio) {
     for (const Device& device : studio.devices)
@@ -118,20 +135,38 @@ void ObjectNames::Add(NamedObject object) {
 }
 
 const NamedObject& ObjectNames::Named(std::string_view given) const {
-    if (const auto id = ParseID(given)) {
-        if (const NamedObject* object = WithID(*id))
-            return *object;
-    }
+    const auto called = Called(given);
+    if (called.size() == 1)
+        return *called.front();
+    FailToName(given, called);
+}
+
+const NamedObject& ObjectNames::NamedPort(std::string_view given) const {
+    const auto called = Called(given);
+    if (called.size() == 1 || IsOnePort(called))
+        return *called.front();
+    FailToName(given, called);
+}
+
+std::vector<const NamedObject*> ObjectNames::Called(std::string_view given) const {
+    const auto id = ParseID(given);
+    if (const NamedObject* object = id ? WithID(*id) : nullptr)
+        return {object};
     std::vector<const NamedObject*> called;
     for (const NamedObject& object : fObjects) {
         if (IsCalled(object, given))
             called.push_back(&object);
     }
-    if (called.size() == 1)
-        return *called.front();
+    const std::string plain = WithoutIsolates(given);
+    return called.empty() && plain != given ? Called(plain) : called;
+}
 
+void ObjectNames::FailToName(std::string_view given,
+                             const std::vector<const NamedObject*>& called) const {
     const std::string quoted = "\"" + Printable(given) + "\"";
-    if (called.size() > 1)
+    if (given.empty())
+        throw Failure("the name is empty; \"midisetup list\" shows what there is");
+    if (!called.empty())
         throw Failure(quoted + " names more than one; use the unique ID:" + CandidateLines(called));
     const auto similar = Similar(given);
     if (!similar.empty())
@@ -158,6 +193,13 @@ std::string ObjectNames::Describe(MIDIUniqueID id) const {
     const NamedObject* object = WithID(id);
     return object != nullptr ? Printable(object->path)
                              : "an object that is gone (unique ID " + std::to_string(id) + ")";
+}
+
+std::string ObjectNames::Word(MIDIUniqueID id) const {
+    const NamedObject* const object = WithID(id);
+    const bool isClear = object != nullptr && IsPlainInShell(object->path) &&
+                         Called(object->path).size() == 1 && Called(object->path)[0] == object;
+    return isClear ? "\"" + object->path + "\"" : std::to_string(id);
 }
 
 } // namespace MidiSetup

@@ -9,6 +9,9 @@
 
 namespace MidiSetup {
 
+/// Whether a person may have meant `name` by `given`; both in lower case.
+bool IsSimilar(const std::string& given, const std::string& name);
+
 /// One object of the studio and what a person may call it.
 struct NamedObject {
     MIDIObjectRef reference = 0;
@@ -30,11 +33,19 @@ public:
     /// Throws Failure, naming the candidates, when none or several are called so.
     const NamedObject& Named(std::string_view given) const;
 
+    /// The same for a port, which a program's name alone means with both its directions; one of
+    /// them is answered.
+    const NamedObject& NamedPort(std::string_view given) const;
+
     /// Null if there is none.
     const NamedObject* WithID(MIDIUniqueID id) const;
 
     /// What to call the object in a text: its path, or that it is gone.
     std::string Describe(MIDIUniqueID id) const;
+
+    /// How a command line names the object: its path in quotation marks where that names it alone,
+    /// else its unique ID.
+    std::string Word(MIDIUniqueID id) const;
 
     const std::vector<NamedObject>& All() const { return fObjects; }
 
@@ -43,6 +54,9 @@ private:
     void AddEntity(const Device& device, const Entity& entity);
     void AddEndpoint(const Device* device, const Entity* entity, const Endpoint& endpoint);
     void Add(NamedObject object);
+    std::vector<const NamedObject*> Called(std::string_view given) const;
+    [[noreturn]] void FailToName(std::string_view given,
+                                 const std::vector<const NamedObject*>& called) const;
     std::vector<const NamedObject*> Similar(std::string_view given) const;
 
     std::vector<NamedObject> fObjects;

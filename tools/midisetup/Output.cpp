@@ -1,10 +1,14 @@
 #include "tools/midisetup/Output.h"
 
+#include "Surfaces/IsolatedText.h"
+
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 
 namespace MidiSetup {
 
@@ -44,18 +48,37 @@ Character FirstCharacter(std::string_view text) {
 }
 
 bool IsVisible(std::uint32_t code) {
-    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
-    const bool turnsDirection = code == 0x61C || code == 0x200E || code == 0x200F ||
-                                (code >= 0x202A && code <= 0x202E) ||
-                                (code >= 0x2066 && code <= 0x2069);
-    const bool breaksLine = code == 0x2028 || code == 0x2029;
-    return !isControl && !turnsDirection && !breaksLine;
+    // Controls, marks of direction, of no width or of a line's end, annotations, tags.
+    static constexpr std::uint32_t kHidden[][2] = {
+        {0, 0x1F},        {0x7F, 0x9F},     {0xAD, 0xAD},     {0x34F, 0x34F},
+        {0x61C, 0x61C},   {0x180E, 0x180E}, {0x200B, 0x200F}, {0x2028, 0x202E},
+        {0x2060, 0x206F}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};
+    return std::none_of(std::begin(kHidden), std::end(kHidden),
+                        [code](const auto& range) { return code >= range[0] && code <= range[1]; });
 }
 
 std::string Escape(const char* format, std::uint32_t code) {
     char buffer[16];
     std::snprintf(buffer, sizeof buffer, format, static_cast<unsigned>(code));
     return buffer;
+}
+
+/// The text with `escape` in the place of each character that is not visible.
+template <typename EscapeOf>
+std::string WithEscapes(std::string_view text, EscapeOf escape) {
+    std::string shown;
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        const std::size_t bytes = character.bytes == 0 ? 1 : character.bytes;
+        if (character.bytes == 0)
+            shown += Escape("\\x%02x", static_cast<unsigned char>(text.front()));
+        else if (IsVisible(character.code))
+            shown += text.substr(0, bytes);
+        else
+            shown += escape(character.code);
+        text.remove_prefix(bytes);
+    }
+    return shown;
 }
 
 bool MayShowColour() {
@@ -72,20 +95,33 @@ std::string Styled(const char* style, const std::string& text) {
 
 } // namespace
 
+std::string Escaped(std::string_view text) {
+    return WithEscapes(
+        text, [](std::uint32_t code) { return Escape(code < 0x80 ? "\\x%02x" : "\\u{%x}", code); });
+}
+
 std::string Printable(std::string_view text) {
-    std::string shown;
-    while (!text.empty()) {
-        const Character character = FirstCharacter(text);
-        const std::size_t bytes = character.bytes == 0 ? 1 : character.bytes;
-        if (character.bytes == 0)
-            shown += Escape("\\x%02x", static_cast<unsigned char>(text.front()));
-        else if (IsVisible(character.code))
-            shown += text.substr(0, bytes);
-        else
-            shown += Escape(character.code < 0x80 ? "\\x%02x" : "\\u{%x}", character.code);
-        text.remove_prefix(bytes);
+    return Isolated(Escaped(text));
+}
+
+std::string EscapedJson(std::string_view json) {
+    return WithEscapes(json, [](std::uint32_t code) {
+        if (code < 0x80)
+            return std::string(1, static_cast<char>(code)); // the line feeds between members
+        if (code < 0x10000)
+            return Escape("\\u%04x", code);
+        return Escape("\\u%04x", 0xD7C0 + (code >> 10U)) +
+               Escape("\\u%04x", 0xDC00 + (code & 0x3FFU));
+    });
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& letter : lower) {
+        if (letter >= 'A' && letter <= 'Z')
+            letter = static_cast<char>(letter - 'A' + 'a');
     }
-    return shown;
+    return lower;
 }
 
 std::string Strong(const std::string& text) {

@@ -17,16 +17,16 @@ std::string MeaningOf(OSStatus status) {
         return "it has no such property of its own";
     case kMIDIWrongPropertyType:
         return "the property has another type";
-    case kMIDIServerStartErr:
-        return "the database cannot be written";
     case kMIDIObjectNotFound:
         return "there is no such object any more";
     case kMIDIIDNotUnique:
         return "another object has that unique ID";
     case kMIDINotPermitted:
         return "the MIDI service does not permit it";
-    default:
-        return "status " + std::to_string(status);
+    default: {
+        const Text text(KestrinMIDICopyStatusText(status));
+        return text ? MidiObject::FromText(text.Get()) : "it failed";
+    }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "tools/midisetup/ObjectNaming.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
+#include "tools/midisetup/SurfaceHints.h"
 
 #include <charconv>
 #include <iostream>
@@ -34,11 +35,26 @@ MIDIObjectRef Reference(const std::string& object) {
     return ObjectNames(studio).Named(object).reference;
 }
 
+void RequireNotEmpty(const std::string& text, const char* what) {
+    if (text.empty())
+        throw Failure(std::string(what) + " is empty; give one of a letter at least");
+}
+
+/// Keys that look like a surface's settings and are read by nobody.
+void RefuseMistakenKey(const std::string& key, const Device* device) {
+    const std::string lower = LowerCase(key);
+    const bool looksLikeSetting =
+        lower == "group" || lower == "position" || lower == "groupid" || lower == "grouppos";
+    if (looksLikeSetting && device != nullptr && IsSurface(*device))
+        throw Failure("no program reads \"" + Printable(key) +
+                      "\"; a surface gets its place by: midisetup place SURFACE GROUP POSITION");
+}
+
 std::string ShownValue(const PropertyValue& value) {
     if (const auto* number = std::get_if<SInt32>(&value))
         return std::to_string(*number);
     if (const auto* text = std::get_if<std::string>(&value))
-        return Printable(*text);
+        return Escaped(*text);
     return ToHex(std::get<Bytes>(value));
 }
 
@@ -78,44 +94,54 @@ int Get(const PropertyOptions& options) {
     return kExitDone;
 }
 
-int Set(const SetOptions& options) {
+std::string Set(const SetOptions& options) {
+    const Studio studio = ReadStudio();
+    const ObjectNames names(studio);
+    const NamedObject& object = names.Named(options.object);
     const PropertyValue value = ValueFor(options);
-    SetProperty(Reference(options.object), options.key, value);
-    return kExitDone;
+    RequireNotEmpty(options.key, "the key");
+    RefuseMistakenKey(options.key, object.device);
+    if (options.key == "name")
+        RequireNotEmpty(options.value, "the name");
+    if (const auto fault = FaultInSetting(object.id, options.key, value))
+        throw Failure(*fault + ", not \"" + Printable(options.value) +
+                      "\"; try: midisetup place SURFACE GROUP POSITION");
+    SetProperty(object.reference, options.key, value);
+    return "";
 }
 
-int Unset(const PropertyOptions& options) {
+std::string Unset(const PropertyOptions& options) {
+    RequireNotEmpty(options.key, "the key");
     RemoveProperty(Reference(options.object), options.key);
-    return kExitDone;
+    return "";
 }
 
-int Rename(const RenameOptions& options) {
+std::string Rename(const RenameOptions& options) {
+    RequireNotEmpty(options.name, "the name");
     SetProperty(Reference(options.object), "name", options.name);
-    return kExitDone;
+    return "";
 }
 
-std::shared_ptr<PropertyOptions> AddCommandOnProperty(CLI::App* command, Action& chosen,
-                                                      int (*run)(const PropertyOptions&)) {
-    auto options = OptionsFor(command, chosen, run);
-    command->add_option("OBJECT", options->object, "A unique ID or a name")->required();
-    command->add_option("KEY", options->key, "The property, such as manufacturer")->required();
-    return options;
+void AddOptionsOnProperty(CLI::App* command, PropertyOptions& options) {
+    command->add_option("OBJECT", options.object, "A unique ID or a name")->required();
+    command->add_option("KEY", options.key, "The property, such as manufacturer")->required();
 }
 
 } // namespace
 
 void AddPropertyCommands(CLI::App& program, Action& chosen) {
-    AddCommandOnProperty(
-        program.add_subcommand("get", "Print a property, the object's own or its owner's"), chosen,
-        Get);
-    AddCommandOnProperty(program.add_subcommand("unset", "Remove an object's own property"), chosen,
-                         Unset);
+    CLI::App* get =
+        program.add_subcommand("get", "Print a property, the object's own or its owner's");
+    AddOptionsOnProperty(get, *OptionsFor(get, chosen, Get));
+    CLI::App* unset = program.add_subcommand("unset", "Remove an object's own property");
+    AddOptionsOnProperty(unset, *OptionsForChange(unset, chosen, Unset));
 
     CLI::App* set = program.add_subcommand("set", "Set a property");
     Explain(set,
             "A VALUE that is a whole number is stored as one, any other as a text. The values of "
-            "name,\nmanufacturer and model are always texts.");
-    auto setOptions = OptionsFor(set, chosen, Set);
+            "name,\nmanufacturer and model are always texts. A surface's group and position are "
+            "set by \"place\".");
+    auto setOptions = OptionsForChange(set, chosen, Set);
     set->add_option("OBJECT", setOptions->object, "A unique ID or a name")->required();
     set->add_option("KEY", setOptions->key, "The property")->required();
     set->add_option("VALUE", setOptions->value, "The new value")->required();
@@ -124,7 +150,7 @@ void AddPropertyCommands(CLI::App& program, Action& chosen) {
         ->excludes(asString);
 
     CLI::App* rename = program.add_subcommand("rename", "Give an object another name");
-    auto renameOptions = OptionsFor(rename, chosen, Rename);
+    auto renameOptions = OptionsForChange(rename, chosen, Rename);
     rename->add_option("OBJECT", renameOptions->object, "A unique ID or a name")->required();
     rename->add_option("NAME", renameOptions->name, "The new name")->required();
 }

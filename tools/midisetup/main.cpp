@@ -1,7 +1,11 @@
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
+#include "tools/midisetup/Usage.h"
 
+#include <exception>
 #include <iostream>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -16,19 +20,49 @@ void Describe(CLI::App& program) {
     program.require_subcommand(1);
 }
 
-int Run(CLI::App& program, const MidiSetup::Action& chosen, int argc, char** argv) {
+int Parse(CLI::App& program, std::vector<std::string> words) {
     try {
-        program.parse(argc, argv);
-        const int exitCode = chosen();
-        std::cout.flush();
-        return std::cout ? exitCode : MidiSetup::kExitFailed;
+        // The parser takes them from the back.
+        program.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+        return MidiSetup::kExitDone;
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? MidiSetup::kExitDone : MidiSetup::kExitUsage;
-    } catch (const std::exception& error) {
-        std::cout.flush();
-        std::cerr << "midisetup: " << error.what() << "\n";
-        return MidiSetup::kExitFailed;
+        if (error.get_exit_code() == 0)
+            return program.exit(error);
+        throw MidiSetup::UsageFailure(MidiSetup::UsageProblem(program, words, error) +
+                                      "\n\"midisetup help\" explains the commands.");
     }
+}
+
+/// "help COMMAND" is another way to say "COMMAND --help".
+std::vector<std::string> WordsOf(int argc, char** argv) {
+    std::vector<std::string> words(argv + 1, argv + argc);
+    if (!words.empty() && words.front() == "help") {
+        words.erase(words.begin());
+        words.emplace_back("--help");
+    }
+    return words;
+}
+
+int Run(CLI::App& program, const MidiSetup::Action& chosen, const std::vector<std::string>& words) {
+    int exitCode = MidiSetup::kExitDone;
+    std::string problem;
+    try {
+        exitCode = Parse(program, words);
+        if (chosen)
+            exitCode = chosen();
+    } catch (const std::exception& error) {
+        const bool isUsage = dynamic_cast<const MidiSetup::UsageFailure*>(&error) != nullptr;
+        problem = std::string(isUsage ? "" : "midisetup: ") + error.what();
+        exitCode = isUsage ? MidiSetup::kExitUsage : MidiSetup::kExitFailed;
+    }
+    std::cout.flush();
+    if (!std::cout && problem.empty()) {
+        problem = "midisetup: standard output cannot be written, so that some of it is missing";
+        exitCode = MidiSetup::kExitFailed;
+    }
+    if (!problem.empty())
+        std::cerr << problem << "\n";
+    return exitCode;
 }
 
 } // namespace
@@ -43,10 +77,12 @@ int main(int argc, char** argv) {
     Describe(program);
     MidiSetup::AddListCommands(program, chosen);
     MidiSetup::AddPropertyCommands(program, chosen);
+    MidiSetup::AddPlaceCommand(program, chosen);
     MidiSetup::AddDeviceCommands(program, chosen);
     MidiSetup::AddConnectionCommands(program, chosen);
     MidiSetup::AddTransferCommands(program, chosen);
     MidiSetup::AddDemoCommand(program, chosen);
     MidiSetup::AddDoctorCommand(program, chosen);
-    return Run(program, chosen, argc, argv);
+    program.add_subcommand("help", "Explain the commands, or the one that is named");
+    return Run(program, chosen, WordsOf(argc, argv));
 }

@@ -1,0 +1,82 @@
+#include "tools/midisetup/SurfaceHints.h"
+
+#include "Surfaces/SurfaceGroups.h"
+#include "Surfaces/SurfaceModels.h"
+
+#include "tools/midisetup/Output.h"
+
+namespace MidiSetup {
+
+namespace {
+
+constexpr std::string_view kExtenderModel = "Mackie Control Exp";
+
+std::string Quoted(std::string_view text) {
+    return "\"" + Printable(text) + "\"";
+}
+
+/// The model whose beginning this is but for letter case or the manufacturer.
+const SurfaceModel* NearlyFitting(const std::string& model) {
+    for (const SurfaceModel& known : kSurfaceModels) {
+        if (!known.isOwnPort && LowerCase(model).starts_with(LowerCase(known.model)))
+            return &known;
+    }
+    return nullptr;
+}
+
+std::string SetCommand(const std::string& word, const char* key, std::string_view value) {
+    return "midisetup set " + word + " " + key + " " + Quoted(value);
+}
+
+} // namespace
+
+std::optional<std::string> FaultInSetting(MIDIUniqueID id, const std::string& key,
+                                          const PropertyValue& value) {
+    const bool isPosition = key == kGroupPositionKey;
+    if (!isPosition && key != kGroupIDKey)
+        return std::nullopt;
+    const auto* number = std::get_if<SInt32>(&value);
+    const bool fits =
+        number != nullptr && *number >= kFirstGroupSetting && *number <= kLastGroupSetting;
+    if (fits || (isPosition && number != nullptr && *number == id))
+        return std::nullopt;
+    return std::string("a surface's ") + (isPosition ? "position" : "group") +
+           " is a whole number from " + std::to_string(kFirstGroupSetting) + " to " +
+           std::to_string(kLastGroupSetting);
+}
+
+std::optional<std::string> ModelHint(const Device& device, const std::string& word) {
+    const auto text = [&](CFStringRef key) {
+        return MidiObject::String(device.reference, key).value_or("");
+    };
+    const std::string manufacturer = text(kMIDIPropertyManufacturer);
+    const std::string model = text(kMIDIPropertyModel);
+    if (device.kind != DeviceKind::kExternal || model.empty())
+        return std::nullopt;
+    const SurfaceModel* const known = FindSurfaceModel(manufacturer, model);
+    if (known != nullptr && known->isOwnPort)
+        return Quoted(model) +
+               " is found as a surface only where it is plugged in itself. If it "
+               "is cabled to a port: " +
+               SetCommand(word, "manufacturer", "Mackie") + " && " +
+               SetCommand(word, "model", "Mackie Control");
+    if (known != nullptr) {
+        const bool seemsExtender =
+            LowerCase(model.substr(known->model.size())).find("xt") != std::string::npos;
+        if (known->type != kSurfaceTypeMackieControl || !seemsExtender)
+            return std::nullopt;
+        return Quoted(model) + " is taken for a main unit, since it begins with " +
+               Quoted(known->model) +
+               ". If it is an extender: " + SetCommand(word, "model", kExtenderModel);
+    }
+    const SurfaceModel* const near = NearlyFitting(model);
+    if (near == nullptr)
+        return std::nullopt;
+    return Quoted(model) + " of " +
+           (manufacturer.empty() ? "no manufacturer" : Quoted(manufacturer)) +
+           " is taken for no surface. If it is one: " +
+           SetCommand(word, "manufacturer", near->manufacturer) + " && " +
+           SetCommand(word, "model", near->model);
+}
+
+} // namespace MidiSetup
