@@ -1,5 +1,6 @@
 #include "Platform/UI/CGContext.h"
 
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtGraphics.h"
 
 #include <QPen>
@@ -20,10 +21,6 @@ QPen PlainPen() {
     QPen pen(Qt::black, 1, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
     pen.setMiterLimit(kMiterLimit);
     return pen;
-}
-
-QRectF RectOf(CGRect rect) {
-    return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};
 }
 
 /// Whether `painter` has a line to draw with; to the toolkit, width 0 means one pixel.
@@ -98,14 +95,14 @@ void CGContext::SetLineWidth(double width) {
 }
 
 void CGContext::FillRect(CGRect rect) {
-    fData->painter.fillRect(Kestrin::RectOf(rect), fData->painter.brush());
+    fData->painter.fillRect(Kestrin::ToQt(rect), fData->painter.brush());
 }
 
 void CGContext::StrokeRectWithWidth(CGRect rect, double width) {
     const QPen before = fData->painter.pen();
     SetLineWidth(width);
     QPainterPath outline;
-    outline.addRect(Kestrin::RectOf(rect));
+    outline.addRect(Kestrin::ToQt(rect));
     if (Kestrin::HasLine(fData->painter))
         fData->painter.strokePath(outline, fData->painter.pen());
     fData->painter.setPen(before);
@@ -115,8 +112,7 @@ void CGContext::StrokeLineSegments(std::span<const CGPoint> points) {
     if (!Kestrin::HasLine(fData->painter))
         return;
     for (std::size_t i = 0; i + 1 < points.size(); i += 2)
-        fData->painter.drawLine(QPointF(points[i].x, points[i].y),
-                                QPointF(points[i + 1].x, points[i + 1].y));
+        fData->painter.drawLine(Kestrin::ToQt(points[i]), Kestrin::ToQt(points[i + 1]));
 }
 
 void CGContext::AddPath(const CGPath& path) {

@@ -1,5 +1,6 @@
 #include "Platform/UI/CGPath.h"
 
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtGraphics.h"
 
 #include <algorithm>
@@ -101,6 +102,5 @@ void CGPath::CloseSubpath() {
 }
 
 CGRect CGPath::GetBoundingBox() const {
-    const QRectF bounds = fData->path.controlPointRect();
-    return CGRect{{bounds.x(), bounds.y()}, {bounds.width(), bounds.height()}};
+    return Kestrin::FromQt(fData->path.controlPointRect());
 }

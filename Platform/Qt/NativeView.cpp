@@ -1,5 +1,6 @@
 #include "Platform/UI/NativeView.h"
 
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtText.h"
 #include "Platform/Qt/QtWidgets.h"
 #include "Platform/UI/NativeApplication.h"
@@ -137,13 +138,11 @@ void NativeView::StartWindowMove() {
 // Coordinates
 
 CGPoint NativeView::ToScreen(const CGPoint& point) const {
-    const QPointF origin = ScreenOrigin(*fData->widget);
-    return {origin.x() + point.x, origin.y() + point.y};
+    return FromQt(ScreenOrigin(*fData->widget) + ToQt(point));
 }
 
 CGPoint NativeView::FromScreen(const CGPoint& point) const {
-    const QPointF origin = ScreenOrigin(*fData->widget);
-    return {point.x - origin.x(), point.y - origin.y()};
+    return FromQt(ToQt(point) - ScreenOrigin(*fData->widget));
 }
 
 // Accessibility
@@ -171,8 +170,7 @@ void NativeCursor::Unhide() {
 }
 
 CGPoint NativeCursor::Position() {
-    const QPoint position = QCursor::pos();
-    return {static_cast<double>(position.x()), static_cast<double>(position.y())};
+    return FromQt(QPointF(QCursor::pos()));
 }
 
 void NativeCursor::MoveTo(const CGPoint& position) {

@@ -1,5 +1,6 @@
 #include "Platform/UI/NativeWindow.h"
 
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtText.h"
 #include "Platform/Qt/QtWidgets.h"
 #include "Platform/UI/NativeApplication.h"
@@ -29,8 +30,7 @@ CGRect OnScreen(const QWidget& window, const QRect& global) {
     const QPoint origin = QGuiApplication::platformName().startsWith("wayland")
                               ? QPoint()
                               : global.topLeft() - QPoint(0, window.screen()->geometry().top());
-    return {{static_cast<double>(origin.x()), static_cast<double>(origin.y())},
-            {static_cast<double>(global.width()), static_cast<double>(global.height())}};
+    return FromQt(QRectF(origin, global.size()));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Platform/Qt/QtPopUp.h"
 
 #include "Platform/Qt/QtApplication.h"
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtText.h"
 #include "Platform/Qt/QtTypeAhead.h"
 #include "Platform/Qt/QtView.h"
@@ -164,8 +165,7 @@ WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int
         new PopUpWidget(menu, parent, parent->width() - static_cast<int>(where.x));
     parent->window()->installEventFilter(widget);
     shown.fWidget = widget;
-    const QAction* action =
-        widget->Track(parent->mapToGlobal(QPointF(where.x, where.y)).toPoint(), item);
+    const QAction* action = widget->Track(parent->mapToGlobal(ToQt(where)).toPoint(), item);
     // The chosen action is part of the widget, which goes with its parent.
     if (widget && action != nullptr)
         chosen = action->data().value<WeakItem>();

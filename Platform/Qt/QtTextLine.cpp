@@ -1,6 +1,7 @@
 #include "Platform/Qt/QtTextLine.h"
 
 #include "Platform/Qt/QtFonts.h"
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtGraphics.h"
 
 #include <QTextBoundaryFinder>
@@ -183,7 +184,7 @@ void QtTextLine::Draw(CGContext& context, CGPoint origin) const {
         return;
     QPainter& painter = context.GetData().painter;
     painter.setPen(fStyle.color);
-    QPointF glyphOrigin(origin.x, origin.y);
+    QPointF glyphOrigin = ToQt(origin);
     const QTransform before = painter.worldTransform();
     const bool scaled = fStyle.font->ScaleX() != 1 || fStyle.font->ScaleY() != 1;
     if (scaled) {

@@ -1,4 +1,5 @@
 #include "Platform/Qt/QtEvents.h"
+#include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtGraphics.h"
 #include "Platform/Qt/QtWidgets.h"
 
@@ -77,7 +78,7 @@ void QtView::SetFrame(const CGRect& frame) {
 void QtView::PlaceWidget() {
     const auto* superview = dynamic_cast<const QtView*>(parentWidget());
     const QPointF base = superview ? superview->fFraction : QPointF();
-    const QPointF origin = base + QPointF(fFrame.origin.x, fFrame.origin.y);
+    const QPointF origin = base + ToQt(fFrame.origin);
     const QPointF corner = origin + QPointF(fFrame.size.width, fFrame.size.height);
     const QPoint topLeft(WholePoint(std::floor(origin.x())), WholePoint(std::floor(origin.y())));
     const QPoint bottomRight(WholePoint(std::ceil(corner.x())), WholePoint(std::ceil(corner.y())));
@@ -113,8 +114,7 @@ void QtView::paintEvent(QPaintEvent*) {
 
 NativeMouseEvent QtView::MouseEventAt(QPointF position, Qt::KeyboardModifiers modifiers) const {
     NativeMouseEvent event;
-    const QPointF where = position - fFraction;
-    event.where = {where.x(), where.y()};
+    event.where = FromQt(position - fFraction);
     event.modifierFlags = NativeModifiersOf(modifiers);
     return event;
 }

@@ -21,8 +21,6 @@ public:
     /// all that any earlier one put in.
     void RemoveAllFromMenuList();
 
-    const std::vector<OSMenuHandle>& Menus() const { return fMenus; }
-
 private:
     std::vector<OSMenuHandle> fMenus;
 };

@@ -18,10 +18,6 @@ constexpr int kCopyItem = 4;
 constexpr int kPasteItem = 5;
 constexpr int kSelectAllItem = 7;
 
-void ReportNotImplemented(const char* operation) {
-    std::fprintf(stderr, "%s not implemented\n", operation);
-}
-
 bool EndsEditing(unsigned char key) {
     return key == kKeyEnter || key == kKeyReturn || key == kKeyEscape;
 }
@@ -104,6 +100,11 @@ NativeTextField& OSTextEditImpl::Field() {
     return fTextField->Native();
 }
 
+short OSTextEditImpl::NotProvided(const char* operation) {
+    std::fprintf(stderr, "%s not implemented\n", operation);
+    return 0;
+}
+
 // View
 
 void OSTextEditImpl::SetRect(const Rect& rect) {
@@ -123,23 +124,6 @@ bool OSTextEditImpl::SupportsFeature(ViewFeature feature) {
 
 void OSTextEditImpl::DoDraw(DrawingContext& context) {
     context.FillRect(GetLocalRect(), fBackgroundColor);
-}
-
-bool OSTextEditImpl::DoTextInput(const UString&, unsigned int, unsigned char) {
-    ReportNotImplemented("DoTextInput");
-    return false;
-}
-
-void OSTextEditImpl::DoClick(const Point&, unsigned int, bool) {
-    ReportNotImplemented("DoClick");
-}
-
-void OSTextEditImpl::DoTrack(const Point&, unsigned int) {
-    ReportNotImplemented("DoTrack");
-}
-
-void OSTextEditImpl::DoKeyFocusStateChanged(bool) {
-    ReportNotImplemented("DoKeyFocusStateChanged");
 }
 
 // Commands
@@ -194,68 +178,6 @@ void OSTextEditImpl::SetFont(FontID font, unsigned int size) {
 
 void OSTextEditImpl::SetDefaultForegroundColor(const RGBAColor& color) {
     Field().SetTextColor(color.red, color.green, color.blue, color.alpha);
-}
-
-// Not provided
-
-void OSTextEditImpl::InsertText(const UString&) {
-    ReportNotImplemented("InsertText");
-}
-
-void OSTextEditImpl::Activate() {
-    ReportNotImplemented("Activate");
-}
-
-void OSTextEditImpl::Deactivate() {
-    ReportNotImplemented("Deactivate");
-}
-
-void OSTextEditImpl::Cut() {
-    ReportNotImplemented("Cut");
-}
-
-void OSTextEditImpl::Copy() {
-    ReportNotImplemented("Copy");
-}
-
-void OSTextEditImpl::Paste() {
-    ReportNotImplemented("Paste");
-}
-
-void OSTextEditImpl::Delete() {
-    ReportNotImplemented("Delete");
-}
-
-bool OSTextEditImpl::HasSelection() {
-    ReportNotImplemented("HasSelection");
-    return false;
-}
-
-void OSTextEditImpl::SelectAll() {
-    ReportNotImplemented("SelectAll");
-}
-
-void OSTextEditImpl::SetSelection(unsigned int, unsigned int) {
-    ReportNotImplemented("SetSelection");
-}
-
-void OSTextEditImpl::GetSelection(unsigned int&, unsigned int&) {
-    ReportNotImplemented("GetSelection");
-}
-
-float OSTextEditImpl::Width() {
-    ReportNotImplemented("Width");
-    return 0;
-}
-
-float OSTextEditImpl::Height() {
-    ReportNotImplemented("Height");
-    return 0;
-}
-
-float OSTextEditImpl::LineHeight() {
-    ReportNotImplemented("LineHeight");
-    return 0;
 }
 
 } // namespace Kestrin

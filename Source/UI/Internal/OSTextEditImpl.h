@@ -21,10 +21,12 @@ public:
     void SetDimensions(float width, float height) override;
     bool SupportsFeature(ViewFeature feature) override;
     void DoDraw(DrawingContext& context) override;
-    bool DoTextInput(const UString& text, unsigned int modifiers, unsigned char keyCode) override;
-    void DoClick(const Point& where, unsigned int modifiers, bool doubleClick) override;
-    void DoTrack(const Point& where, unsigned int modifiers) override;
-    void DoKeyFocusStateChanged(bool hasFocus) override;
+    bool DoTextInput(const UString&, unsigned int, unsigned char) override {
+        return NotProvided("DoTextInput") != 0;
+    }
+    void DoClick(const Point&, unsigned int, bool) override { NotProvided("DoClick"); }
+    void DoTrack(const Point&, unsigned int) override { NotProvided("DoTrack"); }
+    void DoKeyFocusStateChanged(bool) override { NotProvided("DoKeyFocusStateChanged"); }
 
     // RequestHandler
 
@@ -35,29 +37,31 @@ public:
 
     void SetText(const UString& text) override;
     UString GetText() override;
-    void InsertText(const UString& text) override;
-    void Activate() override;
-    void Deactivate() override;
-    void Cut() override;
-    void Copy() override;
-    void Paste() override;
-    void Delete() override;
+    void InsertText(const UString&) override { NotProvided("InsertText"); }
+    void Activate() override { NotProvided("Activate"); }
+    void Deactivate() override { NotProvided("Deactivate"); }
+    void Cut() override { NotProvided("Cut"); }
+    void Copy() override { NotProvided("Copy"); }
+    void Paste() override { NotProvided("Paste"); }
+    void Delete() override { NotProvided("Delete"); }
     void SetAlignment(TextAlignment alignment) override;
     void SetFont(FontID font, unsigned int size) override;
     void SetBackgroundColor(const RGBAColor& color) override { fBackgroundColor = color; }
     void SetDefaultForegroundColor(const RGBAColor& color) override;
-    bool HasSelection() override;
-    void SelectAll() override;
-    void SetSelection(unsigned int start, unsigned int end) override;
-    void GetSelection(unsigned int& start, unsigned int& end) override;
-    float Width() override;
-    float Height() override;
-    float LineHeight() override;
+    bool HasSelection() override { return NotProvided("HasSelection") != 0; }
+    void SelectAll() override { NotProvided("SelectAll"); }
+    void SetSelection(unsigned int, unsigned int) override { NotProvided("SetSelection"); }
+    void GetSelection(unsigned int&, unsigned int&) override { NotProvided("GetSelection"); }
+    float Width() override { return NotProvided("Width"); }
+    float Height() override { return NotProvided("Height"); }
+    float LineHeight() override { return NotProvided("LineHeight"); }
 
 private:
     class TextField;
 
     NativeTextField& Field();
+    /// Says so, and answers 0.
+    static short NotProvided(const char* operation);
 
     std::unique_ptr<TextField> fTextField;
     RGBAColor fBackgroundColor = {1, 1, 1, 1};

@@ -30,14 +30,6 @@ OSTextLayoutImpl::~OSTextLayoutImpl() = default;
 
 // Setters
 
-template <typename Value>
-void OSTextLayoutImpl::Store(Value& stored, Value value, bool& dirty) {
-    if (stored == value)
-        return;
-    stored = value;
-    dirty = true;
-}
-
 void OSTextLayoutImpl::SetText(const UString& text) {
     fText = text;
     fLayoutDirty = true;
@@ -46,42 +38,6 @@ void OSTextLayoutImpl::SetText(const UString& text) {
 void OSTextLayoutImpl::SetFont(FontID family, unsigned int size) {
     SetFontFamily(family);
     SetSize(size);
-}
-
-void OSTextLayoutImpl::SetColor(const RGBAColor& color) {
-    Store(fStyle.color, color, fStyleDirty);
-}
-
-void OSTextLayoutImpl::SetLineLength(float length) {
-    Store(fStyle.lineLength, static_cast<double>(length), fLayoutDirty);
-}
-
-void OSTextLayoutImpl::SetTruncate(TextTruncate truncate) {
-    Store(fStyle.truncate, truncate, fLayoutDirty);
-}
-
-void OSTextLayoutImpl::SetAlignment(TextAlignment alignment) {
-    Store(fStyle.alignment, CodeOf(alignment), fLayoutDirty);
-}
-
-void OSTextLayoutImpl::SetWrap(TextWrap wrap) {
-    Store(fStyle.wrap, wrap, fLayoutDirty);
-}
-
-void OSTextLayoutImpl::SetFontFamily(FontID family) {
-    Store(fStyle.family, family, fStyleDirty);
-}
-
-void OSTextLayoutImpl::SetSize(double size) {
-    Store(fStyle.size, size, fStyleDirty);
-}
-
-void OSTextLayoutImpl::SetHorizontalScale(double scale) {
-    Store(fStyle.horizontalScale, scale, fStyleDirty);
-}
-
-void OSTextLayoutImpl::SetVerticalScale(double scale) {
-    Store(fStyle.verticalScale, scale, fStyleDirty);
 }
 
 void OSTextLayoutImpl::ClearStyle() {
@@ -115,31 +71,6 @@ std::unique_ptr<TextLayout> OSTextLayoutImpl::Clone() const {
 
 // Measures
 
-float OSTextLayoutImpl::GetAscent() {
-    Update();
-    return static_cast<float>(fMetrics.ascent);
-}
-
-float OSTextLayoutImpl::GetDescent() {
-    Update();
-    return static_cast<float>(fMetrics.descent);
-}
-
-float OSTextLayoutImpl::GetLeading() {
-    Update();
-    return static_cast<float>(fMetrics.leading);
-}
-
-float OSTextLayoutImpl::GetXHeight() {
-    Update();
-    return static_cast<float>(fMetrics.xHeight);
-}
-
-float OSTextLayoutImpl::Width() {
-    Update();
-    return static_cast<float>(fMetrics.width);
-}
-
 float OSTextLayoutImpl::LineHeight() {
     Update();
     return static_cast<float>(fMetrics.ascent + fMetrics.descent + fMetrics.leading);
@@ -149,21 +80,6 @@ float OSTextLayoutImpl::Height() {
     Update();
     return static_cast<float>(
         static_cast<double>(LineHeight()) * static_cast<double>(fLines.size()) - fMetrics.leading);
-}
-
-double OSTextLayoutImpl::GetTracking() {
-    Update();
-    return fStyle.tracking;
-}
-
-double OSTextLayoutImpl::GetHorizontalScale() {
-    Update();
-    return fStyle.horizontalScale;
-}
-
-double OSTextLayoutImpl::GetVerticalScale() {
-    Update();
-    return fStyle.verticalScale;
 }
 
 // Layout

@@ -19,34 +19,44 @@ public:
     void SetText(const UString& text) override;
     const UString& GetText() const override { return fText; }
     void SetFont(FontID family, unsigned int size) override;
-    void SetColor(const RGBAColor& color) override;
-    void SetLineLength(float length) override;
-    void SetTruncate(TextTruncate truncate) override;
-    void SetAlignment(TextAlignment alignment) override;
-    void SetWrap(TextWrap wrap) override;
+    void SetColor(const RGBAColor& color) override { Store(fStyle.color, color, fStyleDirty); }
+    void SetLineLength(float length) override {
+        Store(fStyle.lineLength, static_cast<double>(length), fLayoutDirty);
+    }
+    void SetTruncate(TextTruncate truncate) override {
+        Store(fStyle.truncate, truncate, fLayoutDirty);
+    }
+    void SetAlignment(TextAlignment alignment) override {
+        Store(fStyle.alignment, CodeOf(alignment), fLayoutDirty);
+    }
+    void SetWrap(TextWrap wrap) override { Store(fStyle.wrap, wrap, fLayoutDirty); }
 
-    float GetAscent() override;
-    float GetDescent() override;
-    float Width() override;
+    float GetAscent() override { return static_cast<float>(Updated(fMetrics.ascent)); }
+    float GetDescent() override { return static_cast<float>(Updated(fMetrics.descent)); }
+    float Width() override { return static_cast<float>(Updated(fMetrics.width)); }
     float Height() override;
     float LineHeight() override;
     void DrawLayout(CGContext* context) override;
     std::unique_ptr<TextLayout> Clone() const override;
     void ClearStyle() override;
 
-    void SetFontFamily(FontID family) override;
-    void SetSize(double size) override;
+    void SetFontFamily(FontID family) override { Store(fStyle.family, family, fStyleDirty); }
+    void SetSize(double size) override { Store(fStyle.size, size, fStyleDirty); }
     void SetLineSpacing(double spacing) override { fStyle.lineSpacing = spacing; }
     void SetTracking(double tracking) override { fStyle.tracking = tracking; }
-    void SetHorizontalScale(double scale) override;
-    void SetVerticalScale(double scale) override;
+    void SetHorizontalScale(double scale) override {
+        Store(fStyle.horizontalScale, scale, fStyleDirty);
+    }
+    void SetVerticalScale(double scale) override {
+        Store(fStyle.verticalScale, scale, fStyleDirty);
+    }
     FontID GetFontFamilyID() const override { return fStyle.family; }
     double GetSize() const override { return fStyle.size; }
-    float GetLeading() override;
-    float GetXHeight() override;
-    double GetTracking() override;
-    double GetHorizontalScale() override;
-    double GetVerticalScale() override;
+    float GetLeading() override { return static_cast<float>(Updated(fMetrics.leading)); }
+    float GetXHeight() override { return static_cast<float>(Updated(fMetrics.xHeight)); }
+    double GetTracking() override { return Updated(fStyle.tracking); }
+    double GetHorizontalScale() override { return Updated(fStyle.horizontalScale); }
+    double GetVerticalScale() override { return Updated(fStyle.verticalScale); }
 
 private:
     /// The platform's codes of where a line stands.
@@ -98,7 +108,15 @@ private:
     static AlignmentCode CodeOf(TextAlignment alignment);
 
     template <typename Value>
-    void Store(Value& stored, Value value, bool& dirty);
+    static void Store(Value& stored, Value value, bool& dirty) {
+        dirty = dirty || stored != value;
+        stored = value;
+    }
+    /// The measure, once it is true of the text and style of now.
+    double Updated(const double& measure) {
+        Update();
+        return measure;
+    }
 
     void Update();
     void UpdateStyle();
