@@ -25,6 +25,14 @@ double UStringToDouble(const UString& text);
 /// Whether all units are digits 0 to 9, which holds for the empty text too.
 bool IsNumeric(const UString& text);
 
+/// 'XSET' and its like: the first character in the most significant byte.
+constexpr unsigned int FourCharCode(const char (&text)[5]) {
+    unsigned int code = 0;
+    for (int i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<unsigned char>(text[i]);
+    return code;
+}
+
 /// The code's bytes, the most significant first, as units of the same value up to the first 0 byte.
 UString OSTypeToUString(unsigned int code);
 

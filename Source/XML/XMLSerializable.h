@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Strings/SortedVectorMap.h"
+#include "Strings/TextConversions.h"
 #include "XML/XMLName.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -17,14 +18,6 @@ namespace Kestrin {
 class FileSpecification;
 class ItemReader;
 class Writer;
-
-/// 'XSET' and its like: the first character in the most significant byte.
-constexpr unsigned int FourCharCode(const char (&text)[5]) {
-    unsigned int code = 0;
-    for (int i = 0; i < 4; ++i)
-        code = code << 8 | static_cast<unsigned char>(text[i]);
-    return code;
-}
 
 /// The language of entries that name none, and the one that the file readers ask for.
 constexpr unsigned int kDefaultLanguage = FourCharCode("enus");

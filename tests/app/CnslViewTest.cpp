@@ -32,8 +32,8 @@ TEST(CnslView, ScansNewSurfacesInAndOkStoresAllApartAndQuits) {
     console.Init();
     expectStored(surfaces[0], 1, 3);
     expectStored(surfaces[2], 0, TestStudio::ID(surfaces[2]));
-    console.SetCurrentSurfaceIndex(3); // is not there
-    console.Handle(0x4E4F4E45);        // nor is this command known
+    console.SetCurrentSurfaceIndex(3);    // is not there
+    console.Handle(FourCharCode("NONE")); // nor is this command known
     console.Handle(kCommandOk);
     expectStored(surfaces[0], 1, 4);
     expectStored(surfaces[1], 1, 3);
