@@ -19,6 +19,7 @@ void AddPlaceCommand(CLI::App& program, Action& chosen);
 void AddDeviceCommands(CLI::App& program, Action& chosen);
 void AddConnectionCommands(CLI::App& program, Action& chosen);
 void AddTransferCommands(CLI::App& program, Action& chosen);
+void AddMixerCommands(CLI::App& program, Action& chosen);
 void AddDemoCommand(CLI::App& program, Action& chosen);
 void AddDoctorCommand(CLI::App& program, Action& chosen);
 

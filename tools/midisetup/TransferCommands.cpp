@@ -1,8 +1,10 @@
+#include "tools/midisetup/Ardour.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Import.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/SafeFile.h"
+#include "tools/midisetup/UdevRules.h"
 
 #include <CoreMIDI/MIDIDatabase.h>
 
@@ -19,6 +21,9 @@ constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
 
 struct ExportOptions {
     std::string file = "-";
+    bool udev = false;
+    std::optional<SInt32> ardourGroup;
+    std::string folder;
 };
 
 struct ImportOptions {
@@ -39,8 +44,39 @@ void RefuseDatabase(const std::string& file) {
     }
 }
 
+/// Describes a group where Ardour looks for it.
+int ExportForArdour(SInt32 group, const std::string& wantedFolder) {
+    RequireDatabase();
+    const ArdourDevice device = ArdourDeviceOf(group);
+    const auto folder = wantedFolder.empty() ? ArdourDeviceFolder()
+                                             : std::optional<std::filesystem::path>(wantedFolder);
+    if (!folder)
+        throw Failure(
+            "this user has no Ardour configuration folder yet; start Ardour once, or name "
+            "a folder with --to");
+    std::error_code error;
+    std::filesystem::create_directories(*folder, error);
+    if (error)
+        throw Failure("cannot make the folder " + Printable(folder->string()) + ": " +
+                      error.message());
+    const std::filesystem::path file = *folder / ("surfaces-" + std::to_string(group) + ".device");
+    WriteSafely(file.string(), ArdourDeviceText(device));
+    std::cout << "Wrote " << Printable(file.string()) << ". In Ardour, choose the device \""
+              << device.name << "\" of the Mackie control surface.\n";
+    return kExitDone;
+}
+
+std::string ExportedText(const ExportOptions& options) {
+    if (!options.udev)
+        return DocumentText(StudioToJson(ReadStudio()));
+    RequireDatabase();
+    return UdevRulesFor(PluggedCards());
+}
+
 int Export(const ExportOptions& options) {
-    const std::string text = DocumentText(StudioToJson(ReadStudio()));
+    if (options.ardourGroup)
+        return ExportForArdour(*options.ardourGroup, options.folder);
+    const std::string text = ExportedText(options);
     if (options.file == "-") {
         std::cout << text;
         return kExitDone;
@@ -106,8 +142,23 @@ void AddTransferCommands(CLI::App& program, Action& chosen) {
     CLI::App* exporting = program.add_subcommand(
         "export", "Write all devices, ports, cables and settings as one JSON document");
     auto exportOptions = OptionsFor(exporting, chosen, Export);
-    exporting->add_option("FILE", exportOptions->file, "Where to; - is standard output")
-        ->capture_default_str();
+    CLI::Option* file =
+        exporting->add_option("FILE", exportOptions->file, "Where to; - is standard output")
+            ->capture_default_str();
+
+    CLI::Option* udev = exporting->add_flag(
+        "--udev", exportOptions->udev,
+        "Write udev rules instead that give each plugged USB unit a stable card ID");
+    CLI::Option* ardour =
+        exporting
+            ->add_option("--ardour", exportOptions->ardourGroup,
+                         "Write the description of this group that Ardour reads instead")
+            ->excludes(file)
+            ->excludes(udev);
+    exporting
+        ->add_option("--to", exportOptions->folder,
+                     "The folder for it, if not that of the newest Ardour of this user")
+        ->needs(ardour);
 
     CLI::App* importing = program.add_subcommand("import", "Bring in a document that export wrote");
     Explain(

@@ -81,6 +81,7 @@ int main(int argc, char** argv) {
     MidiSetup::AddDeviceCommands(program, chosen);
     MidiSetup::AddConnectionCommands(program, chosen);
     MidiSetup::AddTransferCommands(program, chosen);
+    MidiSetup::AddMixerCommands(program, chosen);
     MidiSetup::AddDemoCommand(program, chosen);
     MidiSetup::AddDoctorCommand(program, chosen);
     program.add_subcommand("help", "Explain the commands, or the one that is named");
