@@ -155,8 +155,8 @@ private:
 
     void ReleaseItems();
 
-    /// A name, which stands in the item. In the order of the hashes, which are compared without a
-    /// look at the names, a look-up among 1,000 takes a little more than half the time.
+    /// A name, which stands in the item. The order is that of the hashes, which a look-up compares
+    /// without a look at the names.
     struct NameKey {
         explicit NameKey(const UString& text)
             : name(text.data(), text.length())
