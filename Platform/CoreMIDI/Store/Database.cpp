@@ -3,7 +3,10 @@
 #include "Platform/CoreMIDI/Store/LockPatience.h"
 #include "Platform/CoreMIDI/Store/Schema.h"
 
+#include <fcntl.h>
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -18,20 +21,41 @@ constexpr int kExitBusyMilliseconds = 1000;
 // No row of ours comes near it; what a hostile file holds beyond is not read into memory.
 constexpr int kLongestRow = 4 << 20;
 
+/// Where the environment names none, the one in the user database.
+std::filesystem::path Home() {
+    if (const char* const home = std::getenv("HOME"); home && *home)
+        return home;
+    passwd entry{};
+    passwd* found = nullptr;
+    std::string texts(1 << 14, '\0');
+    getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found);
+    return found && found->pw_dir ? found->pw_dir : "/";
+}
+
 std::filesystem::path DataHome() {
     if (const char* data = std::getenv("XDG_DATA_HOME"); data && data[0] == '/')
         return data;
-    const char* const home = std::getenv("HOME");
-    return std::filesystem::path(home ? home : "/") / ".local" / "share";
+    return Home() / ".local" / "share";
 }
 
 /// Makes the folder and those above it, for the user alone. 0 or an errno.
 int MakeFolders(const std::filesystem::path& folder) {
-    if (folder.empty() || std::filesystem::is_directory(folder))
-        return 0;
-    if (const int error = MakeFolders(folder.parent_path()))
+    const auto make = [&folder] {
+        return mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
+    };
+    const int error = make();
+    if (error != ENOENT || !folder.has_relative_path())
         return error;
-    return mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
+    const int errorAbove = MakeFolders(folder.parent_path());
+    return errorAbove ? errorAbove : make();
+}
+
+/// Makes a new file for the user alone. What hinders that is met again when the file is opened.
+void MakeFile(const std::filesystem::path& path) {
+    // One that is there is not opened: closing it would undo locks that the process has on it.
+    const int descriptor = open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
+    if (descriptor >= 0)
+        close(descriptor);
 }
 
 /// A file of unknown origin may neither run code of its own nor take much memory.
@@ -48,6 +72,7 @@ void KeepOnClose(sqlite3* connection, bool untouched) {
 }
 
 int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connection) {
+    MakeFile(path);
     sqlite3* opened = nullptr;
     const int flags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
@@ -68,9 +93,11 @@ std::string Sentence(const std::filesystem::path& path, const std::string& rest)
 } // namespace
 
 std::filesystem::path DatabasePath() {
-    if (const char* named = std::getenv("KESTRIN_MIDI_DATABASE"); named && *named)
-        return named;
-    return DataHome() / "kestrin-midi" / "objects.sqlite3";
+    const char* const named = std::getenv("KESTRIN_MIDI_DATABASE");
+    if (!named || !*named)
+        return DataHome() / "kestrin-midi" / "objects.sqlite3";
+    // A name that begins otherwise could be one that means something else to SQLite (":memory:").
+    return named[0] == '/' ? named : std::filesystem::path(".") / named;
 }
 
 DatabaseProblem ProblemOf(int code, const std::filesystem::path& path) {

@@ -1,5 +1,6 @@
 #include "tests/Platform/CoreMIDI/MidiTest.h"
 
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -42,6 +43,8 @@ TEST_F(DatabaseFileTest, IsMadeWithItsFoldersForTheUserAlone) {
     EXPECT_EQ(KestrinMIDICopyDatabaseProblem(), nullptr);
     EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
     EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms(0700));
+    EXPECT_EQ(std::filesystem::status(folder / "folder" / "objects.sqlite3").permissions(),
+              std::filesystem::perms(0600));
 }
 
 TEST_F(DatabaseFileTest, StandsWhereTheEnvironmentSays) {
@@ -52,11 +55,42 @@ TEST_F(DatabaseFileTest, StandsWhereTheEnvironmentSays) {
     setenv("HOME", "/home/user", 1);
     EXPECT_EQ(TextOf(KestrinMIDICopyDatabasePath()),
               "/home/user/.local/share/kestrin-midi/objects.sqlite3");
+    const std::string home = getpwuid(geteuid())->pw_dir;
+    for (const char* const none : {"", static_cast<const char*>(nullptr)}) {
+        none ? setenv("HOME", none, 1) : unsetenv("HOME");
+        EXPECT_EQ(TextOf(KestrinMIDICopyDatabasePath()),
+                  home + "/.local/share/kestrin-midi/objects.sqlite3");
+    }
+}
+
+TEST_F(DatabaseFileTest, MayHaveANameThatMeansSomethingElseToSQLite) {
+    std::filesystem::current_path(fFile.parent_path());
+    Use(":memory:");
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    MIDIRestart();
+    EXPECT_EQ(NameOf(device), "Interface");
+    EXPECT_TRUE(std::filesystem::exists(fFile.parent_path() / ":memory:"));
 }
 
 TEST_F(DatabaseFileTest, IsRefusedWhereTheFolderCantBeMade) {
-    Use(fFile / "objects.sqlite3");
-    ExpectRefused(kKestrinMIDIDatabaseNoFolder, "can't be made");
+    const std::filesystem::path folder = fFile.parent_path();
+    std::filesystem::create_symlink("loop", folder / "loop");
+    std::filesystem::create_directories(folder / "closed" / "folder");
+    std::filesystem::permissions(folder / "closed", std::filesystem::perms(0700));
+    std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    // The superuser may go everywhere, so the child becomes an ordinary user.
+    const pid_t child = Start([&] {
+        ASSERT_TRUE(geteuid() != 0 || setuid(65534) == 0);
+        for (const auto& place :
+             {fFile / "objects.sqlite3", folder / "loop" / "objects.sqlite3",
+              folder / "closed" / "folder" / "objects.sqlite3",
+              folder / std::string(300, 'n') / "objects.sqlite3", folder / std::string(300, 'n')}) {
+            Use(place);
+            ExpectRefused(kKestrinMIDIDatabaseNoFolder, "can't be made");
+            EXPECT_NE(KestrinMIDIRepairDatabase(nullptr, nullptr), noErr);
+        }
+    });
+    EXPECT_EQ(End(child), 0);
 }
 
 TEST_F(DatabaseFileTest, OfANewerVersionOrAnotherProgramIsRefused) {
