@@ -52,20 +52,23 @@ std::string StatusText(OSStatus status) {
 } // namespace
 
 OSStatus KestrinMIDIBeginChanges(void) {
-    ServiceSession session;
-    return session.BeginChanges();
+    return InSession(kMIDIUnknownError,
+                     [](ServiceSession& session) { return session.BeginChanges(); });
 }
 
 OSStatus KestrinMIDIEndChanges(void) {
-    ServiceSession session;
-    return session.EndChanges();
+    return InSession(kMIDIUnknownError,
+                     [](ServiceSession& session) { return session.EndChanges(); });
 }
 
 void KestrinMIDIAbandonChanges(void) {
-    ServiceSession session;
-    session.AbandonChanges();
+    InSession(false, [](ServiceSession& session) {
+        session.AbandonChanges();
+        return true;
+    });
 }
 
 CFStringRef KestrinMIDICopyStatusText(OSStatus status) {
-    return status == noErr ? nullptr : MakeString(StatusText(status));
+    return Guarded(nullptr,
+                   [status] { return status == noErr ? nullptr : MakeString(StatusText(status)); });
 }

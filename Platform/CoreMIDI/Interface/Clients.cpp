@@ -30,7 +30,7 @@ public:
     Client& operator=(const Client&) = delete;
 
     int Number() const { return fWatch.Number(); }
-    void Deliver();
+    OSStatus Deliver();
     /// Tells nothing from here on, also if it is just telling something.
     void Silence() { fIsSilent = true; }
 
@@ -50,20 +50,25 @@ private:
 Client::Client(MIDINotifyProc procedure, void* context)
     : fProcedure(procedure)
     , fContext(context) {
-    ServiceSession().AddWatch(fWatch);
     TakeMessages();
+    ServiceSession().AddWatch(
+        fWatch); // last: where something fails there is no end to take it back
 }
 
 Client::~Client() {
     ServiceSession().RemoveWatch(fWatch);
 }
 
-void Client::Deliver() {
+OSStatus Client::Deliver() {
     if (fIsDelivering.exchange(true))
-        return;
-    for (const Message& message : TakeMessages())
-        Tell(message);
+        return noErr;
+    const OSStatus status = Guarded(kMIDIUnknownError, [this] {
+        for (const Message& message : TakeMessages())
+            Tell(message);
+        return noErr;
+    });
     fIsDelivering = false;
+    return status;
 }
 
 std::vector<Message> Client::TakeMessages() {
@@ -143,8 +148,10 @@ OSStatus MIDIClientCreate(CFStringRef /*name*/, MIDINotifyProc notifyProc, void*
                           MIDIClientRef* outClient) {
     if (!outClient)
         return paramErr;
-    *outClient = AllClients().Add(std::make_shared<Client>(notifyProc, notifyRefCon));
-    return noErr;
+    return Guarded(kMIDIUnknownError, [=] {
+        *outClient = AllClients().Add(std::make_shared<Client>(notifyProc, notifyRefCon));
+        return noErr;
+    });
 }
 
 OSStatus MIDIClientDispose(MIDIClientRef ref) {
@@ -165,6 +172,5 @@ OSStatus KestrinMIDIClientDeliver(MIDIClientRef ref) {
     const std::shared_ptr<Client> client = AllClients().Find(ref);
     if (!client)
         return kMIDIInvalidClient;
-    client->Deliver();
-    return noErr;
+    return client->Deliver();
 }

@@ -15,45 +15,49 @@ CFStringRef TextOrNull(const std::string& text) {
 } // namespace
 
 KestrinMIDIDatabaseState KestrinMIDIGetDatabaseState(void) {
-    const ServiceSession session;
-    return session.Problem().state;
+    return InSession(kKestrinMIDIDatabaseUnreachable,
+                     [](ServiceSession& session) { return session.Problem().state; });
 }
 
 CFStringRef KestrinMIDICopyDatabaseProblem(void) {
-    const ServiceSession session;
-    return TextOrNull(session.Problem().text);
+    return InSession(nullptr,
+                     [](ServiceSession& session) { return TextOrNull(session.Problem().text); });
 }
 
 CFStringRef KestrinMIDICopyDatabaseDamage(void) {
-    const ServiceSession session;
-    if (!session.File())
-        return TextOrNull(session.Problem().text);
-    return TextOrNull(DamageIn(session.File()->Connection(), session.RowsLost()));
+    return InSession(nullptr, [](ServiceSession& session) {
+        if (!session.File())
+            return TextOrNull(session.Problem().text);
+        return TextOrNull(DamageIn(session.File()->Connection(), session.RowsLost()));
+    });
 }
 
 CFStringRef KestrinMIDICopyDatabasePath(void) {
-    return MakeString(DatabasePath().string());
+    return Guarded(nullptr, [] { return MakeString(DatabasePath().string()); });
 }
 
 OSStatus KestrinMIDIRepairDatabase(CFStringRef* outSavedAs, KestrinMIDIRepairCounts* outCounts) {
-    const std::filesystem::path path = DatabasePath();
-    std::filesystem::path savedAs;
-    KestrinMIDIRepairCounts counts{};
-    MIDIRestart();
-    const OSStatus status = RepairDatabase(path, savedAs, counts);
-    MIDIRestart();
-    if (status != noErr)
-        return status;
-    if (outSavedAs)
-        *outSavedAs = MakeString(savedAs.string());
-    if (outCounts)
-        *outCounts = counts;
-    return noErr;
+    return Guarded(kMIDIUnknownError, [&] {
+        const std::filesystem::path path = DatabasePath();
+        std::filesystem::path savedAs;
+        KestrinMIDIRepairCounts counts{};
+        MIDIRestart();
+        const OSStatus status = RepairDatabase(path, savedAs, counts);
+        MIDIRestart();
+        if (status != noErr)
+            return status;
+        if (outSavedAs)
+            *outSavedAs = MakeString(savedAs.string());
+        if (outCounts)
+            *outCounts = counts;
+        return OSStatus(noErr);
+    });
 }
 
 KestrinMIDISequencerState KestrinMIDIGetSequencerState(void) {
-    ServiceSession session;
-    switch (session.Sequencer()) {
+    const SequencerState state = InSession(
+        SequencerState::Missing, [](ServiceSession& session) { return session.Sequencer(); });
+    switch (state) {
     case SequencerState::Ready:
         return kKestrinMIDISequencerReady;
     case SequencerState::NotPermitted:

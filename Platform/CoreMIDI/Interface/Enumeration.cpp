@@ -13,15 +13,17 @@ using List = ObjectStore::List;
 
 /// A number is asked for before a list is walked: the moment to look for what was plugged in.
 ItemCount NumberOf(const List& (ObjectStore::*list)() const) {
-    ServiceSession session;
-    session.LookForNews();
-    return (session.Store().*list)().size();
+    return InSession(0, [&](ServiceSession& session) {
+        session.LookForNews();
+        return ItemCount((session.Store().*list)().size());
+    });
 }
 
 MIDIObjectRef MemberOf(const List& (ObjectStore::*list)() const, ItemCount index) {
-    const ServiceSession session;
-    const List& members = (session.Store().*list)();
-    return index < members.size() ? members[index]->ref : 0;
+    return InSession(0, [&](ServiceSession& session) {
+        const List& members = (session.Store().*list)();
+        return index < members.size() ? members[index]->ref : 0;
+    });
 }
 
 using Filter = bool (*)(const StoredObject&);
@@ -40,33 +42,36 @@ std::pair<Children::const_iterator, Children::const_iterator> ChildrenOf(const S
 }
 
 ItemCount NumberOfChildren(MIDIObjectRef owner, Filter ownerFilter, MIDIObjectType type) {
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(owner);
-    if (!object || !ownerFilter(*object))
-        return 0;
-    const auto [begin, end] = ChildrenOf(*object, type);
-    return static_cast<ItemCount>(end - begin);
+    return InSession(0, [&](ServiceSession& session) -> ItemCount {
+        const StoredObject* const object = session.Store().Find(owner);
+        if (!object || !ownerFilter(*object))
+            return 0;
+        const auto [begin, end] = ChildrenOf(*object, type);
+        return static_cast<ItemCount>(end - begin);
+    });
 }
 
 MIDIObjectRef Child(MIDIObjectRef owner, Filter ownerFilter, MIDIObjectType type, ItemCount index) {
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(owner);
-    if (!object || !ownerFilter(*object))
-        return 0;
-    const auto [begin, end] = ChildrenOf(*object, type);
-    return index < static_cast<ItemCount>(end - begin)
-               ? begin[static_cast<std::ptrdiff_t>(index)]->ref
-               : 0;
+    return InSession(0, [&](ServiceSession& session) -> MIDIObjectRef {
+        const StoredObject* const object = session.Store().Find(owner);
+        if (!object || !ownerFilter(*object))
+            return 0;
+        const auto [begin, end] = ChildrenOf(*object, type);
+        return index < static_cast<ItemCount>(end - begin)
+                   ? begin[static_cast<std::ptrdiff_t>(index)]->ref
+                   : 0;
+    });
 }
 
 OSStatus OwnerOf(MIDIObjectRef ref, Filter filter, MIDIObjectRef* outOwner) {
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(ref);
-    if (!object || !filter(*object) || !object->owner)
-        return kMIDIObjectNotFound;
-    if (outOwner)
-        *outOwner = object->owner->ref;
-    return noErr;
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) -> OSStatus {
+        const StoredObject* const object = session.Store().Find(ref);
+        if (!object || !filter(*object) || !object->owner)
+            return kMIDIObjectNotFound;
+        if (outOwner)
+            *outOwner = object->owner->ref;
+        return noErr;
+    });
 }
 
 } // namespace
@@ -137,15 +142,16 @@ OSStatus MIDIEntityGetDevice(MIDIEntityRef entity, MIDIDeviceRef* outDevice) {
 
 OSStatus MIDIObjectFindByUniqueID(MIDIUniqueID uniqueID, MIDIObjectRef* outObject,
                                   MIDIObjectType* outObjectType) {
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().FindByUniqueID(uniqueID);
-    if (!object)
-        return kMIDIObjectNotFound;
-    if (outObject)
-        *outObject = object->ref;
-    if (outObjectType)
-        *outObjectType = object->type;
-    return noErr;
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) -> OSStatus {
+        const StoredObject* const object = session.Store().FindByUniqueID(uniqueID);
+        if (!object)
+            return kMIDIObjectNotFound;
+        if (outObject)
+            *outObject = object->ref;
+        if (outObjectType)
+            *outObjectType = object->type;
+        return noErr;
+    });
 }
 
 ItemCount KestrinMIDIGetNumberOfVirtualEndpoints(void) {
@@ -157,7 +163,8 @@ MIDIEndpointRef KestrinMIDIGetVirtualEndpoint(ItemCount index0) {
 }
 
 Boolean KestrinMIDIDeviceHasSerial(MIDIDeviceRef device) {
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(device);
-    return object && object->hardware && !object->hardware->serial.empty();
+    return InSession(0, [&](ServiceSession& session) -> Boolean {
+        const StoredObject* const object = session.Store().Find(device);
+        return object && object->hardware && !object->hardware->serial.empty();
+    });
 }

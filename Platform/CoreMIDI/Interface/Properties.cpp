@@ -56,16 +56,17 @@ OSStatus CopyObjectProperty(MIDIObjectRef ref, CFStringRef propertyID, PropertyV
                             CFTypeRef& result) {
     if (!propertyID)
         return kMIDIUnknownProperty;
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(ref);
-    const PropertyKey key = session.Keys().NumberOf(propertyID);
-    if (object && IsComputed(*object, key))
-        return kMIDIWrongPropertyType;
-    const PropertyValue* value = nullptr;
-    const OSStatus status = Find(object, key, kind, value);
-    if (status == noErr)
-        result = value->MakeObject();
-    return status;
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) -> OSStatus {
+        const StoredObject* const object = session.Store().Find(ref);
+        const PropertyKey key = session.Keys().NumberOf(propertyID);
+        if (object && IsComputed(*object, key))
+            return kMIDIWrongPropertyType;
+        const PropertyValue* value = nullptr;
+        const OSStatus status = Find(object, key, kind, value);
+        if (status == noErr)
+            result = value->MakeObject();
+        return status;
+    });
 }
 
 OSStatus SetValue(ObjectEditor& editor, StoredObject& object, PropertyKey key,
@@ -79,20 +80,22 @@ OSStatus SetValue(ObjectEditor& editor, StoredObject& object, PropertyKey key,
     return editor.SetProperty(object, key, std::move(value));
 }
 
-OSStatus SetProperty(MIDIObjectRef ref, CFStringRef propertyID, PropertyValue value) {
+/// `makeValue` makes the value inside the session, where it may fail.
+template <typename MakeValue>
+OSStatus SetProperty(MIDIObjectRef ref, CFStringRef propertyID, MakeValue makeValue) {
     if (!propertyID)
         return kMIDIUnknownProperty;
-    ServiceSession session;
-    const PropertyKey key = session.Keys().NumberOf(propertyID);
-    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
-        StoredObject* const object = editor.Store().Find(ref);
-        return object ? SetValue(editor, *object, key, std::move(value))
-                      : OSStatus(kMIDIObjectNotFound);
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) {
+        const PropertyKey key = session.Keys().NumberOf(propertyID);
+        return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+            StoredObject* const object = editor.Store().Find(ref);
+            return object ? SetValue(editor, *object, key, makeValue())
+                          : OSStatus(kMIDIObjectNotFound);
+        });
     });
 }
 
-std::vector<std::string> OwnKeys(MIDIObjectRef ref) {
-    const ServiceSession session;
+std::vector<std::string> OwnKeys(const ServiceSession& session, MIDIObjectRef ref) {
     std::vector<std::string> keys;
     if (const StoredObject* const object = session.Store().Find(ref)) {
         for (const StoredProperty& property : object->properties)
@@ -107,18 +110,19 @@ std::vector<std::string> OwnKeys(MIDIObjectRef ref) {
 OSStatus MIDIObjectGetIntegerProperty(MIDIObjectRef ref, CFStringRef propertyID, SInt32* outValue) {
     if (!propertyID)
         return kMIDIUnknownProperty;
-    const ServiceSession session;
-    const StoredObject* const object = session.Store().Find(ref);
-    const PropertyKey key = session.Keys().NumberOf(propertyID);
-    if (object && IsComputed(*object, key)) {
-        *outValue = ComputedValue(*object, key);
-        return noErr;
-    }
-    const PropertyValue* value = nullptr;
-    const OSStatus status = Find(object, key, PropertyValue::Kind::Integer, value);
-    if (status == noErr)
-        *outValue = value->Integer();
-    return status;
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) -> OSStatus {
+        const StoredObject* const object = session.Store().Find(ref);
+        const PropertyKey key = session.Keys().NumberOf(propertyID);
+        if (object && IsComputed(*object, key)) {
+            *outValue = ComputedValue(*object, key);
+            return noErr;
+        }
+        const PropertyValue* value = nullptr;
+        const OSStatus status = Find(object, key, PropertyValue::Kind::Integer, value);
+        if (status == noErr)
+            *outValue = value->Integer();
+        return status;
+    });
 }
 
 OSStatus MIDIObjectGetStringProperty(MIDIObjectRef ref, CFStringRef propertyID,
@@ -140,40 +144,45 @@ OSStatus MIDIObjectGetDataProperty(MIDIObjectRef ref, CFStringRef propertyID, CF
 }
 
 OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef ref, CFStringRef propertyID, SInt32 value) {
-    return SetProperty(ref, propertyID, PropertyValue::OfInteger(value));
+    return SetProperty(ref, propertyID, [value] { return PropertyValue::OfInteger(value); });
 }
 
 OSStatus MIDIObjectSetStringProperty(MIDIObjectRef ref, CFStringRef propertyID,
                                      CFStringRef string) {
     if (!string)
         return paramErr;
-    return SetProperty(ref, propertyID, PropertyValue::OfString(Utf8Of(string)));
+    return SetProperty(ref, propertyID, [=] { return PropertyValue::OfString(Utf8Of(string)); });
 }
 
 OSStatus MIDIObjectSetDataProperty(MIDIObjectRef ref, CFStringRef propertyID, CFDataRef data) {
     if (!data)
         return paramErr;
-    return SetProperty(ref, propertyID, PropertyValue::OfData(BytesOf(data)));
+    return SetProperty(ref, propertyID, [=] { return PropertyValue::OfData(BytesOf(data)); });
 }
 
 OSStatus MIDIObjectRemoveProperty(MIDIObjectRef ref, CFStringRef propertyID) {
     if (!propertyID)
         return kMIDIUnknownProperty;
-    ServiceSession session;
-    const PropertyKey key = session.Keys().NumberOf(propertyID);
-    if (key == KeyTable::kUniqueID)
-        return kMIDINotPermitted;
-    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
-        StoredObject* const object = editor.Store().Find(ref);
-        return object ? editor.RemoveProperty(*object, key) : OSStatus(kMIDIObjectNotFound);
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) -> OSStatus {
+        const PropertyKey key = session.Keys().NumberOf(propertyID);
+        if (key == KeyTable::kUniqueID)
+            return kMIDINotPermitted;
+        return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+            StoredObject* const object = editor.Store().Find(ref);
+            return object ? editor.RemoveProperty(*object, key) : OSStatus(kMIDIObjectNotFound);
+        });
     });
 }
 
 ItemCount KestrinMIDIObjectGetNumberOfProperties(MIDIObjectRef object) {
-    return OwnKeys(object).size();
+    return InSession(0, [object](ServiceSession& session) -> ItemCount {
+        return OwnKeys(session, object).size();
+    });
 }
 
 CFStringRef KestrinMIDIObjectCopyPropertyKey(MIDIObjectRef object, ItemCount index0) {
-    const std::vector<std::string> keys = OwnKeys(object);
-    return index0 < keys.size() ? MakeString(keys[index0]) : nullptr;
+    return InSession(nullptr, [=](ServiceSession& session) {
+        const std::vector<std::string> keys = OwnKeys(session, object);
+        return index0 < keys.size() ? MakeString(keys[index0]) : nullptr;
+    });
 }

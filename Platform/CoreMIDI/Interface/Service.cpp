@@ -32,7 +32,14 @@ Service& Service::Instance() {
 Service::Service()
     : fReader(MakeSequencerReader()) {
     std::atexit([] { Instance().Close(); });
-    pthread_atfork(nullptr, nullptr, [] { Instance().LeaveToParent(); });
+    // Nobody is in the middle of a call while the process is forked, so that the child finds all
+    // whole and the lock free.
+    pthread_atfork([] { Instance().fForkLock = Instance().Lock(); },
+                   [] { const auto ending = std::move(Instance().fForkLock); },
+                   [] {
+                       const auto ending = std::move(Instance().fForkLock);
+                       Instance().LeaveToParent();
+                   });
 }
 
 std::unique_lock<std::mutex> Service::Lock() {
@@ -80,10 +87,19 @@ void Service::LeaveToParent() {
 void Service::Refresh() {
     if (fChanges) // nobody else can change anything now
         return;
+    try {
+        OpenOrReadAnew();
+    } catch (const std::exception& error) {
+        GiveUp({kKestrinMIDIDatabaseUnreachable, "The MIDI database " + DatabasePath().string() +
+                                                     " can't be used (" + error.what() + ")."});
+    }
+}
+
+void Service::OpenOrReadAnew() {
     if (!fDatabase) {
         if (MayTryAgain())
             Open();
-    } else if (fDatabase->WasChangedByOthers()) {
+    } else if (fIsDoubtful || fDatabase->WasChangedByOthers()) {
         ReadOrGiveUp();
     }
 }
@@ -115,13 +131,12 @@ void Service::Open() {
 }
 
 void Service::Reopen() {
-    fDatabase->CloseUntouched();
-    fDatabase.reset();
-    fStore = {};
+    GiveUp({});
     Open();
 }
 
 int Service::Read() {
+    fIsDoubtful = true; // until all is read
     fDatabase->MarkRead();
     ObjectStore store;
     const LoadResult result = LoadObjects(fDatabase->Connection(), fKeys, store);
@@ -130,30 +145,42 @@ int Service::Read() {
     fStore = std::move(store);
     fRowsLost = result.lost;
     fStore.SetPlugged(fPlugged);
+    fIsDoubtful = false;
     return SQLITE_OK;
 }
 
 void Service::ReadOrGiveUp() {
     const int code = Read();
-    if (code == SQLITE_OK)
-        return;
-    fProblem = ProblemOf(code, fDatabase->Path());
-    fDatabase->CloseUntouched();
+    if (code != SQLITE_OK)
+        GiveUp(ProblemOf(code, fDatabase->Path()));
+}
+
+void Service::GiveUp(DatabaseProblem problem) {
+    fProblem = std::move(problem);
+    if (fDatabase)
+        fDatabase->CloseUntouched();
     fDatabase.reset();
     fStore = {};
 }
 
 void Service::TakeSnapshot() {
+    fIsSnapshotDue = true; // until all of it is in the file
     const SequencerSnapshot snapshot = fReader->Read();
     fSequencer = snapshot.state;
     const LiveStudio studio = StudioOf(snapshot);
     LiveBinding binding(fStore);
-    if (!binding.Find(studio) && WritePlugged(studio, binding) != noErr)
-        return;
+    fIsSnapshotDue = !binding.Find(studio) && WritePlugged(studio, binding) != noErr;
+    if (fIsSnapshotDue && fIsDoubtful)
+        ReadOrGiveUp();
+    if (fIsSnapshotDue)
+        binding.Find(studio); // what is known already is there all the same
+    const bool isNews = binding.Plugged() != fPlugged;
     fPlugged = binding.Plugged();
     fStore.SetPlugged(fPlugged);
-    for (const ChangeWatch* const watch : fWatches)
-        watch->Ring();
+    for (const ChangeWatch* const watch : fWatches) {
+        if (isNews)
+            watch->Ring();
+    }
 }
 
 OSStatus Service::WritePlugged(const LiveStudio& studio, LiveBinding& binding) {
@@ -167,7 +194,7 @@ OSStatus Service::Begin() {
     }
     auto transaction = std::make_unique<Transaction>(*fDatabase);
     OSStatus status = transaction->Status();
-    if (status == noErr && fDatabase->WasChangedByOthers())
+    if (status == noErr && (fIsDoubtful || fDatabase->WasChangedByOthers()))
         status = StatusOf(Read());
     if (status == noErr)
         fChanges = {std::move(transaction)};
@@ -178,22 +205,25 @@ OSStatus Service::End() {
     OSStatus status = fChanges->status;
     if (--fChanges->depth > 0)
         return status;
-    if (status == noErr)
-        status =
-            fDatabase->HasMoved() ? OSStatus(kMIDIServerStartErr) : fChanges->transaction->Commit();
+    fIsDoubtful = true; // what is in memory is ahead of the file
+    const std::unique_ptr<Transaction> transaction = std::move(fChanges->transaction);
     fChanges.reset();
-    if (status != noErr && fDatabase)
-        ReadOrGiveUp(); // what is in memory is ahead of the file
+    if (status == noErr)
+        status = fDatabase->HasMoved() ? OSStatus(kMIDIServerStartErr) : transaction->Commit();
+    fIsDoubtful = status != noErr;
     return status;
 }
 
 OSStatus Service::Change(const Changing& change) {
     if (fChanges && fChanges->status != noErr)
         return fChanges->status;
+    // Both stay so where `change` throws.
+    const bool wasDoubtful = std::exchange(fIsDoubtful, true);
     if (fChanges)
-        fChanges->status = kMIDIUnknownError; // stays where `change` throws
+        fChanges->status = kMIDIUnknownError;
     ObjectEditor editor(*fDatabase, fKeys, fStore);
     const OSStatus status = change(editor);
+    fIsDoubtful = wasDoubtful;
     if (fChanges)
         fChanges->status = status;
     return status;
@@ -228,14 +258,16 @@ ServiceSession::ServiceSession()
 }
 
 SequencerState ServiceSession::Sequencer() {
-    if (!File())
+    if (!File() && !fService.fIsForked)
         fService.fSequencer = fService.fReader->Read().state;
     return fService.fSequencer;
 }
 
 void ServiceSession::LookForNews() {
     // A list that is walked while changes are made stays as it is.
-    if (!IsChanging() && IsWritable() && fService.fReader->HasChanged())
+    if (IsChanging() || !IsWritable())
+        return;
+    if (fService.fReader->HasChanged() || fService.fIsSnapshotDue)
         fService.TakeSnapshot();
 }
 
@@ -260,12 +292,11 @@ OSStatus ServiceSession::BeginChanges() {
 OSStatus ServiceSession::EndChanges() {
     if (!IsChanging())
         return kMIDINotPermitted;
-    const OSStatus status = fService.End();
-    if (!IsChanging()) {
+    if (fService.fChanges->depth == 1) {
         fService.fChangingThread = std::thread::id();
         fLock = std::move(fService.fChangingLock);
     }
-    return status;
+    return fService.End();
 }
 
 void ServiceSession::AbandonChanges() {

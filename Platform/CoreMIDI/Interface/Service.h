@@ -14,6 +14,7 @@
 #include <optional>
 #include <set>
 #include <thread>
+#include <type_traits>
 
 namespace KestrinMIDI {
 
@@ -34,12 +35,14 @@ private:
     Service();
 
     void Refresh();
+    void OpenOrReadAnew();
     bool MayTryAgain();
     void Open();
     void Reopen();
     /// SQLITE_OK, or the error; the objects in memory are then those of before.
     int Read();
     void ReadOrGiveUp();
+    void GiveUp(DatabaseProblem problem);
     void TakeSnapshot();
     OSStatus WritePlugged(const struct LiveStudio& studio, class LiveBinding& binding);
 
@@ -73,10 +76,13 @@ private:
     KeyTable fKeys;
     ObjectStore fStore;
     std::size_t fRowsLost = 0;
+    bool fIsDoubtful = false; ///< what is in memory may not be what is in the file
     std::unique_ptr<SequencerReader> fReader;
     SequencerState fSequencer = SequencerState::Missing;
     std::vector<PluggedObject> fPlugged;
     std::set<const ChangeWatch*> fWatches;
+    bool fIsSnapshotDue = false;            ///< what is plugged could not be written
+    std::unique_lock<std::mutex> fForkLock; ///< held while the process is forked
     bool fIsForked = false;
 };
 
@@ -125,5 +131,24 @@ private:
     Service& fService;
     std::unique_lock<std::mutex> fLock; ///< empty where the thread has it already
 };
+
+/// Runs the body of a C function, from which no exception may leave: `failed` answers for one.
+template <typename Body>
+auto Guarded(std::invoke_result_t<Body&> failed, Body body) noexcept {
+    try {
+        return body();
+    } catch (...) {
+        return failed;
+    }
+}
+
+/// Runs the body of a C function in a session.
+template <typename Body>
+auto InSession(std::invoke_result_t<Body&, ServiceSession&> failed, Body body) noexcept {
+    return Guarded(failed, [&body] {
+        ServiceSession session;
+        return body(session);
+    });
+}
 
 } // namespace KestrinMIDI

@@ -17,6 +17,19 @@ std::int64_t UnixTime() {
         .count();
 }
 
+OSStatus Change(const ServiceSession::Change& change) {
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) {
+        // Whether a device is plugged in now decides, not what the last enumeration saw.
+        session.LookForNews();
+        return session.Apply(change);
+    });
+}
+
+OSStatus ChangeTogether(const ServiceSession::Change& change) {
+    return InSession(kMIDIUnknownError,
+                     [&](ServiceSession& session) { return session.ApplyTogether(change); });
+}
+
 /// Sets a text that may be null: then nothing is set.
 OSStatus SetText(ObjectEditor& editor, StoredObject& object, CFStringRef key, CFStringRef text) {
     if (!text)
@@ -27,8 +40,7 @@ OSStatus SetText(ObjectEditor& editor, StoredObject& object, CFStringRef key, CF
 
 OSStatus CreateDevice(MIDIObjectType type, CFStringRef name, CFStringRef manufacturer,
                       CFStringRef model, MIDIDeviceRef* outDevice) {
-    ServiceSession session;
-    return session.ApplyTogether([&](ObjectEditor& editor) {
+    return ChangeTogether([&](ObjectEditor& editor) {
         OSStatus status = noErr;
         StoredObject* const device = editor.Create(type, nullptr, status);
         if (status == noErr)
@@ -46,8 +58,7 @@ OSStatus CreateDevice(MIDIObjectType type, CFStringRef name, CFStringRef manufac
 }
 
 OSStatus AddToSetup(MIDIDeviceRef ref, MIDIObjectType type) {
-    ServiceSession session;
-    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+    return Change([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const device = editor.Store().Find(ref);
         if (!device || device->type != type)
             return kMIDIObjectNotFound;
@@ -56,10 +67,7 @@ OSStatus AddToSetup(MIDIDeviceRef ref, MIDIObjectType type) {
 }
 
 OSStatus RemoveFromSetup(MIDIDeviceRef ref, MIDIObjectType type) {
-    ServiceSession session;
-    // Whether it is plugged in now decides, not what the last enumeration saw.
-    session.LookForNews();
-    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+    return Change([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const device = editor.Store().Find(ref);
         if (!device || device->type != type)
             return kMIDIObjectNotFound;
@@ -138,8 +146,7 @@ OSStatus MIDIDeviceAddEntity(MIDIDeviceRef device, CFStringRef name, Boolean emb
     if (numSourceEndpoints > kMostEndpoints || numDestinationEndpoints > kMostEndpoints)
         return kMIDINotPermitted;
     const NewEntity wanted{name, embedded != 0, numSourceEndpoints, numDestinationEndpoints};
-    ServiceSession session;
-    return session.ApplyTogether([&](ObjectEditor& editor) -> OSStatus {
+    return ChangeTogether([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const owner = editor.Store().Find(device);
         if (!owner || !IsDevice(*owner))
             return kMIDIObjectNotFound;
@@ -148,9 +155,7 @@ OSStatus MIDIDeviceAddEntity(MIDIDeviceRef device, CFStringRef name, Boolean emb
 }
 
 OSStatus MIDIDeviceRemoveEntity(MIDIDeviceRef device, MIDIEntityRef entity) {
-    ServiceSession session;
-    session.LookForNews();
-    return session.Apply([&](ObjectEditor& editor) -> OSStatus {
+    return Change([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const object = editor.Store().Find(entity);
         if (!object || !IsEntity(*object) || object->owner->ref != device)
             return kMIDIObjectNotFound;
@@ -159,6 +164,8 @@ OSStatus MIDIDeviceRemoveEntity(MIDIDeviceRef device, MIDIEntityRef entity) {
 }
 
 OSStatus MIDIRestart(void) {
-    Service::Instance().Close();
-    return noErr;
+    return Guarded(kMIDIUnknownError, [] {
+        Service::Instance().Close();
+        return noErr;
+    });
 }

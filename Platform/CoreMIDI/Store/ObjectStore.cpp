@@ -81,10 +81,10 @@ KeyTable::KeyTable() {
 PropertyKey KeyTable::NumberOf(std::string_view key) {
     if (const auto found = fNumbers.find(key); found != fNumbers.end())
         return found->second;
-    const auto added =
-        fNumbers.emplace(std::string(key), static_cast<PropertyKey>(fTexts.size())).first;
-    fTexts.push_back(&added->first);
-    return added->second;
+    const auto number = static_cast<PropertyKey>(fTexts.size());
+    fTexts.push_back(nullptr); // first: where memory ends, no two keys get one number
+    fTexts.back() = &fNumbers.emplace(std::string(key), number).first->first;
+    return number;
 }
 
 PropertyKey KeyTable::NumberOf(CFStringRef key) {

@@ -47,6 +47,7 @@ using PropertyKey = std::uint32_t;
 struct StoredProperty {
     PropertyKey key;
     PropertyValue value;
+    bool operator==(const StoredProperty&) const = default;
 };
 
 /// What the system last said of a plugged device, of one of its ports or of a program's endpoint.
@@ -65,6 +66,7 @@ struct HardwareRecord {
 struct PluggedObject {
     MIDIObjectRef ref;
     std::vector<StoredProperty> live;
+    bool operator==(const PluggedObject&) const = default;
 };
 
 /// One MIDI object as the database has it. Owner and children are not owned.

@@ -127,15 +127,22 @@ TEST_F(ChangesTest, OfOtherThreadsWait) {
 }
 
 TEST_F(ChangesTest, WaitOnceForALockThatStays) {
+    const UnitFacts known{.serial = "1"};
+    PlugIn(SequencerWith({known}));
+    ASSERT_EQ(MIDIGetNumberOfSources(), 2u);
     const ConnectionHolder other = OpenFile();
+    PlugIn(SequencerWith({}));
     EXPECT_EQ(Number(fDevice, "group"), std::nullopt);
     ASSERT_EQ(Execute(other.get(), "BEGIN IMMEDIATE"), SQLITE_OK);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(KestrinMIDIBeginChanges(), kKestrinMIDIErrLocked);
     for (int i = 0; i < 20; ++i)
         EXPECT_EQ(MIDIObjectSetIntegerProperty(fDevice, CFSTR("group"), i), kKestrinMIDIErrLocked);
+    PlugIn(SequencerWith({known, {.card = 1, .serial = "2"}}));
+    EXPECT_EQ(MIDIGetNumberOfSources(), 2u) << "the interface's and that of the known unit";
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(7));
     ASSERT_EQ(Execute(other.get(), "COMMIT"), SQLITE_OK);
+    EXPECT_EQ(MIDIGetNumberOfSources(), 3u) << "with that of the unit that is new";
     SetNumber(fDevice, "group", 5);
     EXPECT_EQ(TextOf(KestrinMIDICopyStatusText(kKestrinMIDIErrLocked)),
               "Another program keeps the MIDI database locked.");

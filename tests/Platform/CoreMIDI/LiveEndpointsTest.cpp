@@ -186,6 +186,32 @@ TEST_F(LiveEndpointsTest, ProgramsEndpointsHaveNoEntityAndAreKnownByTheirNames) 
     EXPECT_EQ(KestrinMIDIGetNumberOfVirtualEndpoints(), 6u);
 }
 
+TEST_F(LiveEndpointsTest, WhatIsPluggedStaysSoWhenAnotherProcessWrites) {
+    const ConnectionHolder other = OpenFile();
+    PlugIn(SequencerWith({kFourPorts}));
+    ASSERT_EQ(MIDIGetNumberOfSources(), 4u);
+    const MIDIDeviceRef device = MIDIGetDevice(0);
+    ASSERT_EQ(Execute(other.get(), "INSERT INTO properties SELECT id,'group',7 FROM objects"),
+              SQLITE_OK);
+    EXPECT_EQ(Number(device, "group"), 7);
+    EXPECT_EQ(MIDIGetNumberOfSources(), 4u);
+}
+
+TEST_F(LiveEndpointsTest, AUnitThatAnotherProcessMakesFirstIsMadeOnce) {
+    const ConnectionHolder other = OpenFile();
+    MIDIGetNumberOfDevices();
+    PlugIn(SequencerWith({kFourPorts}));
+    AtTheNextLook([&] {
+        EXPECT_EQ(Execute(other.get(), "INSERT INTO objects VALUES(7,0,NULL,0,77,NULL);"
+                                       "INSERT INTO hardware VALUES(7,'usb 0a73:0006','SN001',"
+                                       "'elsewhere','LOUD Technologies, Inc.','MCU Pro USB')"),
+                  SQLITE_OK);
+    });
+    EXPECT_EQ(MIDIGetNumberOfSources(), 4u);
+    EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
+    EXPECT_EQ(ID(MIDIGetDevice(0)), 77);
+}
+
 TEST_F(LiveEndpointsTest, TwoProcessesThatMeetANewUnitMakeOneDevice) {
     MIDIGetNumberOfDevices();
     PlugIn(SequencerWith({kFourPorts}));

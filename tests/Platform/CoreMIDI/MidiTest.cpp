@@ -15,6 +15,7 @@
 namespace {
 
 SequencerSnapshot sPlugged;
+std::function<void()> sAtTheNextLook;
 const int sNews = eventfd(0, EFD_NONBLOCK);
 
 bool TakeNews() {
@@ -24,7 +25,11 @@ bool TakeNews() {
 
 class TestSequencer final : public SequencerReader {
 public:
-    SequencerSnapshot Read() override { return sPlugged; }
+    SequencerSnapshot Read() override {
+        if (const auto work = std::exchange(sAtTheNextLook, nullptr))
+            work();
+        return sPlugged;
+    }
     int Descriptor() const override { return sNews; }
     bool HasChanged() override { return TakeNews(); }
 };
@@ -52,6 +57,10 @@ void MidiTest::Use(const std::filesystem::path& file) {
 void MidiTest::PlugIn(SequencerSnapshot snapshot) {
     sPlugged = std::move(snapshot);
     eventfd_write(sNews, 1);
+}
+
+void MidiTest::AtTheNextLook(std::function<void()> work) {
+    sAtTheNextLook = std::move(work);
 }
 
 ConnectionHolder MidiTest::OpenFile() const {

@@ -22,6 +22,8 @@ protected:
     static void Use(const std::filesystem::path& file);
     /// Changes what is plugged in, as the running program notices it.
     static void PlugIn(SequencerSnapshot snapshot);
+    /// Does something at the moment in which the service looks what is plugged in, once.
+    static void AtTheNextLook(std::function<void()> work);
 
     /// Opens the file behind the service's back; the service is closed before.
     ConnectionHolder OpenFile() const;

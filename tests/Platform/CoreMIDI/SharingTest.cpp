@@ -2,8 +2,10 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -118,6 +120,25 @@ TEST_F(SharingTest, AForkedChildLeavesTheDatabaseToItsParent) {
     }
     EXPECT_EQ(End(child), 0);
     SetNumber(device, "group", 2);
+}
+
+TEST_F(SharingTest, AChildForkedDuringACallFindsTheServiceFree) {
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    std::atomic<bool> isEnding = false;
+    std::thread thread([&] {
+        for (int i = 0; !isEnding; ++i)
+            SetNumber(device, "count", i);
+    });
+    for (int round = 0; round < 20; ++round) {
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(10);
+            std::_Exit(MIDIGetNumberOfDevices() == 0 ? 0 : 1);
+        }
+        EXPECT_EQ(End(child), 0);
+    }
+    isEnding = true;
+    thread.join();
 }
 
 } // namespace

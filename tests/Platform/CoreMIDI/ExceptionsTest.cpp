@@ -1,0 +1,76 @@
+#include "tests/Platform/CoreMIDI/MidiTest.h"
+
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+namespace {
+
+/// How many more pieces of memory can be had before one can't; negative: as many as there are.
+int sPieces = -1;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const piece = sPieces == 0 ? nullptr : std::malloc(size);
+    sPieces -= sPieces < 0 ? 0 : 1;
+    return piece ? piece : throw std::bad_alloc();
+}
+
+void operator delete(void* piece) noexcept {
+    std::free(piece);
+}
+
+void operator delete(void* piece, std::size_t) noexcept {
+    std::free(piece);
+}
+
+namespace {
+
+using ExceptionsTest = MidiTest;
+
+/// A little of everything, from the opening on.
+void UseTheService(MIDIDeviceRef known) {
+    MIDIGetNumberOfSources();
+    MIDIDeviceRef device = 0;
+    MIDIEntityRef entity = 0;
+    CFStringRef text = nullptr;
+    MIDIDeviceCreate(nullptr, CFSTR("New"), CFSTR("Maker"), nullptr, &device);
+    MIDIDeviceAddEntity(device, CFSTR("Port"), 0, 1, 1, &entity);
+    MIDISetupAddDevice(device);
+    if (MIDIObjectGetStringProperty(entity, kMIDIPropertyManufacturer, &text) == noErr)
+        CFRelease(text);
+    MIDISetupRemoveDevice(device);
+    SInt32 count = 0;
+    KestrinMIDIBeginChanges();
+    MIDIObjectGetIntegerProperty(known, CFSTR("count"), &count);
+    MIDIObjectSetIntegerProperty(known, CFSTR("count"), count + 1);
+    KestrinMIDIEndChanges();
+    if (const CFStringRef problem = KestrinMIDICopyDatabaseProblem())
+        CFRelease(problem);
+}
+
+TEST_F(ExceptionsTest, NoneLeavesACallWhereMemoryEnds) {
+    const MIDIDeviceRef known = AddInterface("Interface", 1);
+    UseTheService(known); // makes the constant strings
+    bool hasEnded = true;
+    for (int pieces = 0; hasEnded; pieces += 1 + pieces / 32) {
+        PlugIn(SequencerWith({{.card = pieces, .serial = std::to_string(pieces)}}));
+        MIDIRestart();
+        sPieces = pieces;
+        UseTheService(known);
+        hasEnded = std::exchange(sPieces, -1) < 0;
+        if (KestrinMIDIGetDatabaseState() != kKestrinMIDIDatabaseReady)
+            continue;
+        // What is in memory is what is in the file.
+        const std::vector<std::string> names = DeviceNames();
+        const auto count = Number(known, "count");
+        MIDIRestart();
+        EXPECT_EQ(DeviceNames(), names) << pieces;
+        EXPECT_EQ(Number(known, "count"), count) << pieces;
+    }
+    MIDIRestart();
+    EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
+}
+
+} // namespace
