@@ -7,8 +7,8 @@
 #include <string.h>
 
 typedef struct {
-    SInt32 group;
-    SInt32 position;
+    SInt32 group, position, client, port;
+    MIDIDeviceRef device;
     char name[256];
 } Surface;
 
@@ -20,6 +20,7 @@ static int ByPlace(const void* one, const void* other) {
 
 static int ReadSurface(MIDIDeviceRef device, Surface* surface) {
     CFStringRef name = NULL;
+    surface->device = device;
     if (MIDIObjectGetIntegerProperty(device, CFSTR("com_velt_sorvex_control_surface_groupid"),
                                      &surface->group) ||
         MIDIObjectGetIntegerProperty(device, CFSTR("com_velt_sorvex_control_surface_grouppos"),
@@ -31,6 +32,35 @@ static int ReadSurface(MIDIDeviceRef device, Surface* surface) {
         CFRelease(name);
     }
     return 1;
+}
+
+/* The surface that an endpoint leads to: the unit that it belongs to, for its first port, or what
+ * is cabled to the endpoint; 0 for none. */
+static MIDIObjectRef SurfaceAt(MIDIEndpointRef endpoint) {
+    SInt32 id = 0;
+    MIDIObjectRef object = 0, owner = 0;
+    if (MIDIObjectGetIntegerProperty(endpoint, kMIDIPropertyConnectionUniqueID, &id) == 0) {
+        MIDIObjectFindByUniqueID(id, &object, NULL);
+    } else if (MIDIEndpointGetEntity(endpoint, &object) == 0 &&
+               MIDIEntityGetDevice(object, &owner) == 0 &&
+               MIDIDeviceGetEntity(owner, 0) != object) {
+        return 0;
+    }
+    if (MIDIEndpointGetEntity(object, &owner) == 0)
+        object = owner;
+    return MIDIEntityGetDevice(object, &owner) == 0 ? owner : object;
+}
+
+/* Adds the sequencer port that a mixer would open; a surface that is unplugged has none. */
+static void AddPort(Surface* surface) {
+    const ItemCount sources = MIDIGetNumberOfSources();
+    for (ItemCount i = 0; i < sources; ++i) {
+        const MIDIEndpointRef source = MIDIGetSource(i);
+        if (SurfaceAt(source) == surface->device &&
+            MIDIObjectGetIntegerProperty(source, kKestrinMIDIPropertySequencerClient,
+                                         &surface->client) == 0)
+            MIDIObjectGetIntegerProperty(source, kKestrinMIDIPropertySequencerPort, &surface->port);
+    }
 }
 
 /* Says on standard error why the database cannot be used. */
@@ -56,9 +86,14 @@ int main(void) {
         count += ReadSurface(i < devices ? MIDIGetDevice(i) : MIDIGetExternalDevice(i - devices),
                              &surfaces[count]);
     qsort(surfaces, count, sizeof *surfaces, ByPlace);
-    for (size_t i = 0; i < count; ++i)
-        printf("group %d, position %d: %s\n", (int)surfaces[i].group, (int)surfaces[i].position,
+    for (size_t i = 0; i < count; ++i) {
+        AddPort(&surfaces[i]);
+        printf("group %d, position %d: %s", (int)surfaces[i].group, (int)surfaces[i].position,
                surfaces[i].name);
+        if (surfaces[i].client != 0)
+            printf(", at %d:%d", (int)surfaces[i].client, (int)surfaces[i].port);
+        putchar('\n');
+    }
     free(surfaces);
     return 0;
 }

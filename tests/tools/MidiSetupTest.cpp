@@ -413,6 +413,26 @@ TEST_F(MidiSetup, TellsWhyADatabaseCannotBeUsedAndRepairsADamagedOne) {
     EXPECT_THAT(Do({"list"}), HasSubstr("There are no MIDI devices"));
 }
 
+TEST_F(MidiSetup, LetsSystemdKeepTheSurfacePortsOrSaysHowToStartThem) {
+    const TemporaryFolder folder;
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", folder.Path().c_str(), 1);
+    std::ofstream(folder / "systemctl")
+        << "#!/bin/sh\necho $@ >>" << folder.Path().string() << "/log\n";
+    const std::string refusal = Refused({"ports", "--enable"});
+    std::filesystem::permissions(folder / "systemctl", std::filesystem::perms::owner_all);
+    Do({"ports", "--enable"});
+    Do({"ports", "--disable"});
+    setenv("PATH", path.c_str(), 1);
+    EXPECT_THAT(refusal, HasSubstr("surface-ports\nwhen you log in"));
+    std::istringstream log(ReadAll(folder / "log"));
+    std::string word, unit;
+    for (std::string last; log >> word && word != "--disable" && word != "disable"; last = word)
+        unit = last == "--now" ? word : unit;
+    EXPECT_EQ(word, "disable");
+    EXPECT_THAT(ReadAll(unit), HasSubstr("/surface-ports\""));
+}
+
 TEST_F(MidiSetup, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
     EXPECT_THAT(Do({"surfaces", "--help"}), HasSubstr("stores the default settings"));
     EXPECT_EQ(Do({"help", "surfaces"}), Do({"surfaces", "--help"}));

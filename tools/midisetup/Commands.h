@@ -22,6 +22,7 @@ void AddTransferCommands(CLI::App& program, Action& chosen);
 void AddMixerCommands(CLI::App& program, Action& chosen);
 void AddDemoCommand(CLI::App& program, Action& chosen);
 void AddDoctorCommand(CLI::App& program, Action& chosen);
+void AddPortsCommand(CLI::App& program, Action& chosen);
 
 /// Adds what the help of `command` alone tells, above the footer that all commands share.
 void Explain(CLI::App* command, const std::string& details);

@@ -6,6 +6,7 @@
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Json.h"
 #include "tools/midisetup/Output.h"
+#include "tools/midisetup/Properties.h"
 #include "tools/midisetup/Tree.h"
 
 #include <iostream>
@@ -96,6 +97,18 @@ std::string Unchanged(const std::string& name) {
     return name;
 }
 
+/// Where one direction of a surface is on this machine.
+Json PlaceToJson(MIDIEndpointRef endpoint) {
+    Json place = Json::object();
+    for (const auto& [key, value] : LiveProperties(endpoint)) {
+        if (const auto* number = std::get_if<SInt32>(&value))
+            place[key] = *number;
+        else if (const auto* text = std::get_if<std::string>(&value))
+            place[key] = *text;
+    }
+    return place;
+}
+
 Json SurfaceToJson(const ListedSurface& surface) {
     return {{"name", JoinedSurfaceName(surface.record, Unchanged).value_or("")},
             {"uniqueID", surface.record.uniqueID},
@@ -103,7 +116,9 @@ Json SurfaceToJson(const ListedSurface& surface) {
             {"group", surface.record.groupID},
             {"position", surface.shownPosition},
             {"storedPosition", surface.record.groupPosition},
-            {"new", surface.isNew}};
+            {"new", surface.isNew},
+            {"source", PlaceToJson(surface.record.sourceEndpoint)},
+            {"destination", PlaceToJson(surface.record.destinationEndpoint)}};
 }
 
 int List(const ListOptions& options) {

@@ -75,6 +75,20 @@ std::vector<std::pair<std::string, PropertyValue>> OwnProperties(MIDIObjectRef o
     return properties;
 }
 
+std::vector<std::pair<std::string, PropertyValue>> LiveProperties(MIDIObjectRef object) {
+    std::vector<std::pair<std::string, PropertyValue>> properties;
+    for (const CFStringRef key :
+         {kKestrinMIDIPropertySequencerClient, kKestrinMIDIPropertySequencerPort,
+          kKestrinMIDIPropertyCard, kKestrinMIDIPropertyCardID, kKestrinMIDIPropertyRawMIDI,
+          kKestrinMIDIPropertyUSBPath, kKestrinMIDIPropertyUSBSerial,
+          kKestrinMIDIPropertyUSBVendorProduct}) {
+        std::string name = MidiObject::FromText(key);
+        if (auto value = GetProperty(object, name))
+            properties.emplace_back(std::move(name), *std::move(value));
+    }
+    return properties;
+}
+
 void SetProperty(MIDIObjectRef object, const std::string& key, const PropertyValue& value) {
     Check(Store(object, RequireText(key).Get(), value), "set \"" + Printable(key) + "\"");
 }

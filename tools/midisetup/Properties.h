@@ -21,6 +21,9 @@ std::optional<PropertyValue> GetProperty(MIDIObjectRef object, const std::string
 /// The object's own properties, by key; the unique ID is not among them.
 std::vector<std::pair<std::string, PropertyValue>> OwnProperties(MIDIObjectRef object);
 
+/// Where the object is on this machine now: its live properties, its own or its owner's.
+std::vector<std::pair<std::string, PropertyValue>> LiveProperties(MIDIObjectRef object);
+
 /// Both throw Failure when the service refuses.
 void SetProperty(MIDIObjectRef object, const std::string& key, const PropertyValue& value);
 void RemoveProperty(MIDIObjectRef object, const std::string& key);

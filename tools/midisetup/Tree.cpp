@@ -4,7 +4,11 @@
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
 
+#include <CoreMIDI/MIDIDatabase.h>
+
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <set>
 
 namespace MidiSetup {
@@ -44,6 +48,15 @@ std::set<MIDIUniqueID> ConnectedTo(const std::vector<Endpoint>& endpoints) {
     return ids;
 }
 
+/// "  at 20:0", the sequencer port of what is plugged in.
+std::string PlaceText(MIDIObjectRef object) {
+    const auto client = MidiObject::Integer(object, kKestrinMIDIPropertySequencerClient);
+    const auto port = MidiObject::Integer(object, kKestrinMIDIPropertySequencerPort);
+    if (!client || !port)
+        return "";
+    return Faint("  at " + std::to_string(*client) + ":" + std::to_string(*port));
+}
+
 /// The cables of a port, one line each; a cable in one direction only is drawn as an arrow.
 std::string CableLines(const Entity& entity, const ObjectNames& names) {
     const std::set<MIDIUniqueID> in = ConnectedTo(entity.sources);
@@ -68,7 +81,8 @@ std::string DeviceLines(const Device& device, const ObjectNames& names) {
         head += Faint(" (offline)");
     head += SettingsText(device) + Faint("  #" + std::to_string(device.id)) + "\n";
     for (const Entity& entity : device.entities) {
-        head += "    " + ShownName(entity.name) + " (" + DirectionsOf(entity) + ")\n";
+        head += "    " + ShownName(entity.name) + " (" + DirectionsOf(entity) + ")" +
+                PlaceText(entity.reference) + "\n";
         if (device.kind != DeviceKind::kExternal)
             head += CableLines(entity, names);
     }
@@ -89,10 +103,18 @@ std::string ProgramsSection(const Studio& studio) {
     std::string lines;
     for (const Endpoint& endpoint : studio.programEndpoints) {
         lines += "  " + ShownName(endpoint.name) + (endpoint.isSource ? " (in)" : " (out)") +
-                 (endpoint.isOffline ? Faint(" (offline)") : "") +
+                 (endpoint.isOffline ? Faint(" (offline)") : "") + PlaceText(endpoint.reference) +
                  Faint("  #" + std::to_string(endpoint.id)) + "\n";
     }
     return lines.empty() ? "" : "Ports of programs\n" + lines;
+}
+
+/// "0a73:0006", as other tools show it.
+std::string VendorAndProduct(SInt32 both) {
+    std::array<char, sizeof "0000:0000"> text{};
+    const auto bits = static_cast<UInt32>(both);
+    std::snprintf(text.data(), text.size(), "%04x:%04x", bits >> 16, bits & 0xFFFF);
+    return text.data();
 }
 
 std::string ValueText(const std::string& key, const PropertyValue& value,
@@ -104,7 +126,9 @@ std::string ValueText(const std::string& key, const PropertyValue& value,
         return connected;
     }
     if (const auto* number = std::get_if<SInt32>(&value))
-        return std::to_string(*number);
+        return key == MidiObject::FromText(kKestrinMIDIPropertyUSBVendorProduct)
+                   ? VendorAndProduct(*number)
+                   : std::to_string(*number);
     if (const auto* text = std::get_if<std::string>(&value))
         return "\"" + Printable(*text) + "\"";
     return "data " + ToHex(std::get<Bytes>(value));
@@ -151,6 +175,8 @@ std::string DetailsOf(const NamedObject& object, const ObjectNames& names) {
         lines += lister.Lines(object.entity->reference, "  (from its port)");
     if (object.device != nullptr && object.device->reference != object.reference)
         lines += lister.Lines(object.device->reference, "  (from its device)");
+    for (const auto& [key, value] : LiveProperties(object.reference))
+        lines += "  " + key + ": " + ValueText(key, value, names) + Faint("  (now)") + "\n";
     return lines;
 }
 

@@ -84,6 +84,7 @@ int main(int argc, char** argv) {
     MidiSetup::AddMixerCommands(program, chosen);
     MidiSetup::AddDemoCommand(program, chosen);
     MidiSetup::AddDoctorCommand(program, chosen);
+    MidiSetup::AddPortsCommand(program, chosen);
     program.add_subcommand("help", "Explain the commands, or the one that is named");
     return Run(program, chosen, WordsOf(argc, argv));
 }

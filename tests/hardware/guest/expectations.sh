@@ -33,9 +33,9 @@ for surface in json.load(sys.stdin):
     print(*(surface[field] for field in sys.argv[1:]), sep=" | ")' "$@"
 }
 
-# Everything that is known, as a tree without the unique IDs.
+# Everything that is known, as a tree without the unique IDs and the sequencer's numbers.
 tree() {
-    midisetup list | sed 's/  #-\{0,1\}[0-9]*$//'
+    midisetup list | sed -e 's/  #-\{0,1\}[0-9]*$//' -e 's/  at [0-9:]*$//'
 }
 
 # settings_of DEVICE: the stored group and position.
