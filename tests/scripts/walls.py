@@ -64,11 +64,11 @@ source, build = map(pathlib.Path, sys.argv[1:3])
 commands = {entry["file"]: entry for entry in json.loads((build / "compile_commands.json").read_text())}
 
 
-def compiles(beside, include):
+def is_found_by_the_compiler(beside, include):
     entry = commands[str(source / beside)]
     flags = shlex.split(entry["command"].partition(" -o ")[0])
     language = "c" if beside.endswith(".c") else "c++"
-    return subprocess.run([*flags, "-fsyntax-only", "-w", "-x", language, "-"], cwd=(source / beside).parent,
+    return subprocess.run([*flags, "-E", "-w", "-x", language, "-"], cwd=(source / beside).parent,
                           input=f"#include {include}\n", capture_output=True, text=True).returncode == 0
 
 
@@ -90,5 +90,5 @@ reported = reported_in_a_copy(BROKEN + ALLOWED)
 faults = [f"check-layers on {seed[1]} beside {seed[0]}" for number, seed in enumerate(BROKEN + ALLOWED)
           if (number in reported) != (number < len(BROKEN))]
 faults += [f"the compiler on {include} beside {beside}" for beside, include, is_found in BROKEN + ALLOWED
-           if compiles(beside, include) != is_found]
+           if is_found_by_the_compiler(beside, include) != is_found]
 sys.exit("\n".join(["Not as it should be:", *faults]) if faults else 0)
