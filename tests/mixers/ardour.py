@@ -64,7 +64,11 @@ class Bench:
     def end(self):
         for program in reversed(self.started):
             program.terminate()
-            program.wait(timeout=30)
+            try:
+                program.wait(timeout=10)
+            except subprocess.TimeoutExpired:
+                program.kill()
+                program.wait()
 
 
 def ardour_environment(libraries, version):
