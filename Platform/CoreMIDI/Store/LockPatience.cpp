@@ -1,6 +1,5 @@
 #include "Platform/CoreMIDI/Store/LockPatience.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -15,7 +14,8 @@ using std::chrono::milliseconds;
 constexpr milliseconds kPatience(5000);
 constexpr milliseconds kLittlePatience(10);
 constexpr milliseconds kMemory(1000);
-constexpr int kLongestSleep = 25; // milliseconds
+// Often: a process that writes without a pause frees the lock for moments only.
+constexpr milliseconds kBetweenTries(1);
 
 std::atomic<Clock::time_point> sGaveUp;
 
@@ -30,7 +30,7 @@ bool WaitForLock(int tries) {
         sGaveUp = now;
         return false;
     }
-    std::this_thread::sleep_for(milliseconds(std::min(tries + 1, kLongestSleep)));
+    std::this_thread::sleep_for(kBetweenTries);
     return true;
 }
 
