@@ -327,7 +327,7 @@ Json ParseDocument(const std::string& text) {
                 "the document is nested too deep for one that \"midisetup export\" wrote");
         return true;
     };
-    const Json document = Json::parse(text, refuseDepth, false);
+    Json document = Json::parse(text, refuseDepth, false);
     if (document.is_discarded())
         throw Failure("the document is not JSON");
     const bool isOurs = document.is_object() && document.value("format", Json()) == "midisetup";
