@@ -125,7 +125,8 @@ void Repair() {
     Check(status, "set the damaged database aside");
     std::cout << "The damaged database was set aside as " << Printable(TextOrEmpty(savedAs))
               << ".\nSaved into a new one: " << counts.objects << " objects and "
-              << counts.properties << " properties; " << counts.lost << " made no sense.\n";
+              << counts.properties << " properties; " << counts.lost << " made no sense, "
+              << counts.unreadable << " objects could not be read whole.\n";
 }
 
 int Doctor(const DoctorOptions& options) {

@@ -38,6 +38,8 @@ CFStringRef KestrinMIDICopyDatabasePath(void) {
 
 OSStatus KestrinMIDIRepairDatabase(CFStringRef* outSavedAs, KestrinMIDIRepairCounts* outCounts) {
     return Guarded(kMIDIUnknownError, [&] {
+        if (ServiceSession().IsChanging())
+            return OSStatus(kMIDINotPermitted);
         const std::filesystem::path path = DatabasePath();
         std::filesystem::path savedAs;
         KestrinMIDIRepairCounts counts{};

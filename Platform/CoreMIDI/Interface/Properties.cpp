@@ -85,11 +85,14 @@ template <typename MakeValue>
 OSStatus SetProperty(MIDIObjectRef ref, CFStringRef propertyID, MakeValue makeValue) {
     if (!propertyID)
         return kMIDIUnknownProperty;
-    return InSession(kMIDIUnknownError, [&](ServiceSession& session) {
+    return InSession(kMIDIUnknownError, [&](ServiceSession& session) -> OSStatus {
         const PropertyKey key = session.Keys().NumberOf(propertyID);
+        PropertyValue value = makeValue();
+        if (session.HasStored(ref, key, value)) // no lock to wait for
+            return noErr;
         return session.Apply([&](ObjectEditor& editor) -> OSStatus {
             StoredObject* const object = editor.Store().Find(ref);
-            return object ? SetValue(editor, *object, key, makeValue())
+            return object ? SetValue(editor, *object, key, std::move(value))
                           : OSStatus(kMIDIObjectNotFound);
         });
     });

@@ -184,7 +184,7 @@ void Service::TakeSnapshot() {
 }
 
 OSStatus Service::WritePlugged(const LiveStudio& studio, LiveBinding& binding) {
-    return ChangeTogether([&](ObjectEditor& editor) { return binding.Write(studio, editor); });
+    return Change([&](ObjectEditor& editor) { return binding.Write(studio, editor); });
 }
 
 OSStatus Service::Begin() {
@@ -193,11 +193,19 @@ OSStatus Service::Begin() {
         return fChanges->status;
     }
     auto transaction = std::make_unique<Transaction>(*fDatabase);
+    if (transaction->Status() == noErr && fDatabase->HasMoved()) {
+        // Another process repaired the file while this one waited for it.
+        transaction.reset();
+        Reopen();
+        if (!fDatabase)
+            return kMIDIServerStartErr;
+        transaction = std::make_unique<Transaction>(*fDatabase);
+    }
     OSStatus status = transaction->Status();
     if (status == noErr && (fIsDoubtful || fDatabase->WasChangedByOthers()))
         status = StatusOf(Read());
     if (status == noErr)
-        fChanges = {std::move(transaction)};
+        fChanges = {std::move(transaction), sqlite3_total_changes(fDatabase->Connection())};
     return status;
 }
 
@@ -205,35 +213,24 @@ OSStatus Service::End() {
     OSStatus status = fChanges->status;
     if (--fChanges->depth > 0)
         return status;
-    fIsDoubtful = true; // what is in memory is ahead of the file
+    fIsDoubtful = true; // until the commit, what is in memory is ahead of the file
+    const int rowsBefore = fChanges->rowsBefore;
     const std::unique_ptr<Transaction> transaction = std::move(fChanges->transaction);
     fChanges.reset();
     if (status == noErr)
-        status = fDatabase->HasMoved() ? OSStatus(kMIDIServerStartErr) : transaction->Commit();
-    fIsDoubtful = status != noErr;
+        status = transaction->Commit();
+    const bool isUndone = status != noErr && fDatabase;
+    fIsDoubtful = isUndone && sqlite3_total_changes(fDatabase->Connection()) != rowsBefore;
     return status;
 }
 
 OSStatus Service::Change(const Changing& change) {
-    if (fChanges && fChanges->status != noErr)
-        return fChanges->status;
-    // Both stay so where `change` throws.
-    const bool wasDoubtful = std::exchange(fIsDoubtful, true);
-    if (fChanges)
-        fChanges->status = kMIDIUnknownError;
-    ObjectEditor editor(*fDatabase, fKeys, fStore);
-    const OSStatus status = change(editor);
-    fIsDoubtful = wasDoubtful;
-    if (fChanges)
-        fChanges->status = status;
-    return status;
-}
-
-OSStatus Service::ChangeTogether(const Changing& change) {
     if (const OSStatus status = Begin(); status != noErr)
         return status;
+    fChanges->status = kMIDIUnknownError; // stays where `change` throws
     try {
-        Change(change);
+        ObjectEditor editor(*fDatabase, fKeys, fStore);
+        fChanges->status = change(editor);
     } catch (...) {
         End();
         throw;
@@ -243,12 +240,22 @@ OSStatus Service::ChangeTogether(const Changing& change) {
 
 void Service::ForgetOldPendingDevices() {
     const std::int64_t yesterday = UnixTime() - kDaySeconds;
-    const ObjectStore::List pending = fStore.PendingDevices();
-    ObjectEditor editor(*fDatabase, fKeys, fStore);
-    for (const StoredObject* const device : pending) {
+    std::vector<MIDIObjectRef> old;
+    for (const StoredObject* const device : fStore.PendingDevices()) {
         if (*device->pendingSince < yesterday)
-            editor.Remove(*fStore.Find(device->ref));
+            old.push_back(device->ref);
     }
+    if (old.empty())
+        return;
+    Change([&](ObjectEditor& editor) {
+        OSStatus status = noErr;
+        for (const MIDIObjectRef ref : old) {
+            StoredObject* const device = fStore.Find(ref);
+            if (device && device->pendingSince && status == noErr)
+                status = editor.Remove(*device);
+        }
+        return status;
+    });
 }
 
 ServiceSession::ServiceSession()
@@ -275,8 +282,12 @@ OSStatus ServiceSession::Apply(const Change& change) {
     return IsWritable() ? fService.Change(change) : OSStatus(kMIDIServerStartErr);
 }
 
-OSStatus ServiceSession::ApplyTogether(const Change& change) {
-    return IsWritable() ? fService.ChangeTogether(change) : OSStatus(kMIDIServerStartErr);
+bool ServiceSession::HasStored(MIDIObjectRef ref, PropertyKey key, const PropertyValue& value) {
+    if (IsChanging() || !IsWritable())
+        return false;
+    const StoredObject* const object = Store().Find(ref);
+    const PropertyValue* const present = object ? object->Own(key) : nullptr;
+    return present && *present == value;
 }
 
 OSStatus ServiceSession::BeginChanges() {

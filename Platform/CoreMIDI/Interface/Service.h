@@ -52,13 +52,14 @@ private:
     using Changing = std::function<OSStatus(ObjectEditor&)>;
     OSStatus Begin();
     OSStatus End();
+    /// Runs `change` between a begin and an end.
     OSStatus Change(const Changing& change);
-    OSStatus ChangeTogether(const Changing& change);
     void ForgetOldPendingDevices();
     void LeaveToParent();
 
     struct ChangesTogether {
         std::unique_ptr<Transaction> transaction;
+        int rowsBefore; ///< how many rows the connection had changed at the begin
         OSStatus status = noErr;
         int depth = 1;
     };
@@ -113,10 +114,11 @@ public:
     void LookForNews();
 
     using Change = Service::Changing;
-    /// Runs one change that commits by itself. kMIDIServerStartErr where there is no database.
+    /// Whether the file has this value now. False while changes are made together.
+    bool HasStored(MIDIObjectRef ref, PropertyKey key, const PropertyValue& value);
+    /// What `change` does comes into the file together or not at all. kMIDIServerStartErr where
+    /// there is no database.
     OSStatus Apply(const Change& change);
-    /// Runs several changes that come into the file together or not at all.
-    OSStatus ApplyTogether(const Change& change);
 
     // Changes made together over several sessions, as <CoreMIDI/MIDIDatabase.h> tells. Between them
     // only this thread gets sessions.

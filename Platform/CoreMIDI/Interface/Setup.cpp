@@ -25,11 +25,6 @@ OSStatus Change(const ServiceSession::Change& change) {
     });
 }
 
-OSStatus ChangeTogether(const ServiceSession::Change& change) {
-    return InSession(kMIDIUnknownError,
-                     [&](ServiceSession& session) { return session.ApplyTogether(change); });
-}
-
 /// Sets a text that may be null: then nothing is set.
 OSStatus SetText(ObjectEditor& editor, StoredObject& object, CFStringRef key, CFStringRef text) {
     if (!text)
@@ -40,7 +35,7 @@ OSStatus SetText(ObjectEditor& editor, StoredObject& object, CFStringRef key, CF
 
 OSStatus CreateDevice(MIDIObjectType type, CFStringRef name, CFStringRef manufacturer,
                       CFStringRef model, MIDIDeviceRef* outDevice) {
-    return ChangeTogether([&](ObjectEditor& editor) {
+    return Change([&](ObjectEditor& editor) {
         OSStatus status = noErr;
         StoredObject* const device = editor.Create(type, nullptr, status);
         if (status == noErr)
@@ -146,7 +141,7 @@ OSStatus MIDIDeviceAddEntity(MIDIDeviceRef device, CFStringRef name, Boolean emb
     if (numSourceEndpoints > kMostEndpoints || numDestinationEndpoints > kMostEndpoints)
         return kMIDINotPermitted;
     const NewEntity wanted{name, embedded != 0, numSourceEndpoints, numDestinationEndpoints};
-    return ChangeTogether([&](ObjectEditor& editor) -> OSStatus {
+    return Change([&](ObjectEditor& editor) -> OSStatus {
         StoredObject* const owner = editor.Store().Find(device);
         if (!owner || !IsDevice(*owner))
             return kMIDIObjectNotFound;

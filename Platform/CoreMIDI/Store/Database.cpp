@@ -71,6 +71,20 @@ void KeepOnClose(sqlite3* connection, bool untouched) {
     sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, untouched ? 1 : 0, nullptr);
 }
 
+std::string Sentence(const std::filesystem::path& path, const std::string& rest) {
+    return "The MIDI database " + path.string() + " " + rest;
+}
+
+} // namespace
+
+std::filesystem::path DatabasePath() {
+    const char* const named = std::getenv("KESTRIN_MIDI_DATABASE");
+    if (!named || !*named)
+        return DataHome() / "kestrin-midi" / "objects.sqlite3";
+    // A name that begins otherwise could be one that means something else to SQLite (":memory:").
+    return named[0] == '/' ? named : std::filesystem::path(".") / named;
+}
+
 int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connection) {
     MakeFile(path);
     sqlite3* opened = nullptr;
@@ -84,20 +98,6 @@ int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connecti
         BePatient(opened);
     }
     return code;
-}
-
-std::string Sentence(const std::filesystem::path& path, const std::string& rest) {
-    return "The MIDI database " + path.string() + " " + rest;
-}
-
-} // namespace
-
-std::filesystem::path DatabasePath() {
-    const char* const named = std::getenv("KESTRIN_MIDI_DATABASE");
-    if (!named || !*named)
-        return DataHome() / "kestrin-midi" / "objects.sqlite3";
-    // A name that begins otherwise could be one that means something else to SQLite (":memory:").
-    return named[0] == '/' ? named : std::filesystem::path(".") / named;
 }
 
 DatabaseProblem ProblemOf(int code, const std::filesystem::path& path) {
@@ -230,6 +230,8 @@ bool Database::HasMoved() const {
 }
 
 void Database::CloseCleanly() {
+    if (HasMoved()) // the log beside the name is another file's
+        return CloseUntouched();
     fStatements.clear();
     sqlite3_busy_timeout(Connection(), kExitBusyMilliseconds);
     sqlite3_wal_checkpoint_v2(Connection(), "main", SQLITE_CHECKPOINT_FULL, nullptr, nullptr);

@@ -25,6 +25,10 @@ std::filesystem::path DatabasePath();
 /// What SQLite's error code means for the file at `path`.
 DatabaseProblem ProblemOf(int code, const std::filesystem::path& path);
 
+/// Connects to a file of any origin and condition, which may neither run code of its own nor take
+/// much memory; makes an empty one where there is none. Closing leaves what stands beside it.
+int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connection);
+
 /// The open database file: its connection, its schema, and whether another process changed it.
 class Database {
 public:

@@ -72,14 +72,6 @@ ObjectEditor::ObjectEditor(Database& file, KeyTable& keys, ObjectStore& store)
     , fKeys(keys)
     , fStore(store) {}
 
-OSStatus ObjectEditor::Run(Statement& change) {
-    const OSStatus status = StatusOf(change.Run());
-    const bool isCommitted = sqlite3_get_autocommit(fFile.Connection()) != 0;
-    if (status == noErr && isCommitted)
-        fFile.NoteOwnCommit();
-    return status;
-}
-
 OSStatus ObjectEditor::SetProperty(StoredObject& object, PropertyKey key, PropertyValue value) {
     const PropertyValue* const present = object.Own(key);
     if (present && *present == value)
@@ -92,7 +84,7 @@ OSStatus ObjectEditor::SetProperty(StoredObject& object, PropertyKey key, Proper
     write.BindInteger(1, object.ref);
     write.BindText(2, fKeys.TextOf(key));
     BindValue(write, 3, value);
-    const OSStatus status = Run(write);
+    const OSStatus status = StatusOf(write.Run());
     if (status == noErr)
         fStore.SetProperty(object, key, std::move(value));
     return status;
@@ -104,7 +96,7 @@ OSStatus ObjectEditor::RemoveProperty(StoredObject& object, PropertyKey key) {
     Statement& erase = fFile.Prepared("DELETE FROM properties WHERE object=? AND key=?");
     erase.BindInteger(1, object.ref);
     erase.BindText(2, fKeys.TextOf(key));
-    const OSStatus status = Run(erase);
+    const OSStatus status = StatusOf(erase.Run());
     if (status == noErr)
         fStore.RemoveProperty(object, key);
     return status;
@@ -118,7 +110,7 @@ OSStatus ObjectEditor::SetUniqueID(StoredObject& object, MIDIUniqueID uniqueID) 
     Statement& write = fFile.Prepared("UPDATE objects SET unique_id=? WHERE id=?");
     write.BindInteger(1, uniqueID);
     write.BindInteger(2, object.ref);
-    const OSStatus status = Run(write);
+    const OSStatus status = StatusOf(write.Run());
     if (status == noErr)
         fStore.SetUniqueID(object, uniqueID);
     return status;
@@ -136,7 +128,7 @@ OSStatus ObjectEditor::InsertRow(StoredObject& object) {
     while (status == kMIDIIDNotUnique) {
         object.uniqueID = RandomUniqueID();
         write.BindInteger(4, object.uniqueID);
-        status = Run(write);
+        status = StatusOf(write.Run());
     }
     const std::int64_t row = sqlite3_last_insert_rowid(fFile.Connection());
     if (status == noErr && !std::in_range<MIDIObjectRef>(row))
@@ -159,7 +151,7 @@ StoredObject* ObjectEditor::Create(MIDIObjectType type, StoredObject* owner, OSS
 OSStatus ObjectEditor::Remove(StoredObject& object) {
     Statement& erase = fFile.Prepared("DELETE FROM objects WHERE id=?");
     erase.BindInteger(1, object.ref);
-    const OSStatus status = Run(erase);
+    const OSStatus status = StatusOf(erase.Run());
     if (status == noErr)
         fStore.Remove(object.ref);
     return status;
@@ -169,7 +161,7 @@ OSStatus ObjectEditor::SetPending(StoredObject& object, std::optional<std::int64
     Statement& write = fFile.Prepared("UPDATE objects SET pending_since=? WHERE id=?");
     BindOptional(write, 1, since);
     write.BindInteger(2, object.ref);
-    const OSStatus status = Run(write);
+    const OSStatus status = StatusOf(write.Run());
     if (status == noErr)
         fStore.SetPending(object, since);
     return status;
@@ -185,7 +177,7 @@ OSStatus ObjectEditor::SetHardware(StoredObject& object, HardwareRecord record) 
     write.BindText(4, record.place);
     write.BindText(5, record.manufacturer);
     write.BindText(6, record.name);
-    const OSStatus status = Run(write);
+    const OSStatus status = StatusOf(write.Run());
     if (status == noErr)
         object.hardware = std::make_unique<HardwareRecord>(std::move(record));
     return status;

@@ -5,9 +5,9 @@
 
 namespace KestrinMIDI {
 
-/// Changes objects in the database file and in memory alike. Every operation outside a Transaction
-/// commits by itself. The statuses are those of <CoreMIDI/MIDIDatabase.h>; after a failure inside a
-/// transaction the memory is ahead of the file and must be read anew.
+/// Changes objects in the database file and in memory alike, inside a Transaction. The statuses are
+/// those of <CoreMIDI/MIDIDatabase.h>; after a failure the memory is ahead of the file and must be
+/// read anew.
 class ObjectEditor {
 public:
     ObjectEditor(Database& file, KeyTable& keys, ObjectStore& store);
@@ -32,7 +32,6 @@ public:
     OSStatus SetHardware(StoredObject& object, HardwareRecord record);
 
 private:
-    OSStatus Run(Statement& change);
     OSStatus InsertRow(StoredObject& object);
 
     Database& fFile;

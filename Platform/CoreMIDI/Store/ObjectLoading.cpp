@@ -1,5 +1,6 @@
 #include "Platform/CoreMIDI/Store/ObjectLoading.h"
 
+#include <set>
 #include <string>
 #include <utility>
 
@@ -99,11 +100,14 @@ constexpr Table kTables[] = {
     {"object,kind,serial,place,manufacturer,name", "hardware", "object", TakeHardware},
 };
 
+std::string SelectFrom(const Table& table) {
+    return std::string("SELECT ") + table.columns + " FROM " + table.name;
+}
+
 /// Reads one table to its end or to the first error.
 int ReadTable(sqlite3* connection, const Table& table, const char* direction, Target& target) {
-    const std::string sql = std::string("SELECT ") + table.columns + " FROM " + table.name +
-                            (*direction ? std::string(" ORDER BY ") + table.order + direction : "");
-    Statement query(connection, sql);
+    const std::string order = *direction ? std::string(" ORDER BY ") + table.order + direction : "";
+    Statement query(connection, SelectFrom(table) + order);
     int code;
     while ((code = query.Step()) == SQLITE_ROW)
         target.lost += table.take(query, target) ? 0 : 1;
@@ -141,12 +145,37 @@ int ReadTables(sqlite3* connection, Target& target) {
     return SQLITE_OK;
 }
 
-/// Reads forward to the damage and then backward to it, so that both sides are saved.
-void SalvageTable(sqlite3* connection, const Table& table, Target& target) {
+using References = std::set<std::int64_t>;
+
+/// The objects that are known of: from their table and from its index, which stands apart from it.
+References KnownObjects(sqlite3* connection) {
+    References found;
+    for (const char* const order : {"id", "id DESC", "unique_id", "unique_id DESC"}) {
+        Statement query(connection, std::string("SELECT id FROM objects ORDER BY ") + order);
+        while (query.Step() == SQLITE_ROW)
+            found.insert(query.Integer(0));
+    }
+    return found;
+}
+
+/// Reads forward to the damage, backward to it, and object by object what stands between further
+/// ones. The objects whose rows can't be read come into `unreadable`.
+void SalvageTable(sqlite3* connection, const Table& table, const References& objects,
+                  Target& target, References& unreadable) {
     if (ReadTable(connection, table, " ASC", target) == SQLITE_OK)
         return;
     const std::size_t lost = target.lost; // what is met again is no further loss
     ReadTable(connection, table, " DESC", target);
+    Statement single(connection, SelectFrom(table) + " WHERE " + table.order + "=?");
+    for (const std::int64_t object : objects) {
+        single.BindInteger(1, object);
+        int code;
+        while ((code = single.Step()) == SQLITE_ROW)
+            table.take(single, target);
+        single.Reset();
+        if (code != SQLITE_DONE)
+            unreadable.insert(object);
+    }
     target.lost = lost;
 }
 
@@ -165,11 +194,13 @@ LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) 
     return {code, target.lost + store.LinkAll()};
 }
 
-std::size_t SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
+SalvageResult SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
     Target target{keys, store};
+    const References objects = KnownObjects(connection);
+    References unreadable;
     for (const Table& table : kTables)
-        SalvageTable(connection, table, target);
-    return target.lost + store.LinkAll();
+        SalvageTable(connection, table, objects, target, unreadable);
+    return {target.lost + store.LinkAll(), unreadable.size()};
 }
 
 } // namespace KestrinMIDI

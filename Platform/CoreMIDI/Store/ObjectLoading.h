@@ -20,8 +20,13 @@ struct LoadResult {
 /// of wrong types, values beyond the limits and objects without a proper owner are passed over.
 LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store);
 
-/// As LoadObjects, from a damaged file: what stands before and behind the damage of each table.
-/// Answers how many rows were passed over.
-std::size_t SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store);
+/// What came of reading a damaged file.
+struct SalvageResult {
+    std::size_t lost;       ///< rows that make no sense and were passed over
+    std::size_t unreadable; ///< objects that are known to stand there and could not be read whole
+};
+
+/// As LoadObjects, from a damaged file: what stands around the damage of each table.
+SalvageResult SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store);
 
 } // namespace KestrinMIDI

@@ -1,6 +1,7 @@
 #include "Platform/CoreMIDI/Store/Repair.h"
 
 #include "Platform/CoreMIDI/Store/Database.h"
+#include "Platform/CoreMIDI/Store/LockPatience.h"
 #include "Platform/CoreMIDI/Store/ObjectEditor.h"
 #include "Platform/CoreMIDI/Store/ObjectLoading.h"
 
@@ -8,6 +9,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <ctime>
 #include <system_error>
 #include <utility>
@@ -17,22 +19,29 @@ namespace KestrinMIDI {
 
 namespace {
 
-/// Keeps two repairs of one file from meeting. The lock's file stays: removing it would let a third
-/// process lock another one.
-class RepairLock {
+/// Keeps two repairs in one folder from meeting, without a file that would stay behind.
+class FolderLock {
 public:
-    explicit RepairLock(const std::filesystem::path& path)
-        : fDescriptor(
-              open((path.string() + ".repair-lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600)) {
-        if (fDescriptor >= 0)
-            flock(fDescriptor, LOCK_EX);
-    }
-    ~RepairLock() {
+    explicit FolderLock(const std::filesystem::path& folder)
+        : fDescriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+    ~FolderLock() {
         if (fDescriptor >= 0)
             close(fDescriptor);
     }
-    RepairLock(const RepairLock&) = delete;
-    RepairLock& operator=(const RepairLock&) = delete;
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+    /// False where another repair goes on for too long. A file system without such locks has none
+    /// to wait for.
+    bool Take() const {
+        for (int tries = 0; flock(fDescriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;) {
+            if (!WaitForLock(tries++))
+                return false;
+        }
+        return true;
+    }
+    /// Brings the folder's names to the disk.
+    void Synchronise() const { fsync(fDescriptor); }
 
 private:
     int fDescriptor;
@@ -46,54 +55,133 @@ std::string FirstRow(sqlite3* connection, const char* sql) {
     return code == SQLITE_DONE ? std::string() : std::string(sqlite3_errstr(code));
 }
 
+std::filesystem::path With(const std::filesystem::path& path, std::string_view suffix) {
+    std::filesystem::path result = path;
+    return result += suffix;
+}
+
+bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
+    std::error_code missing;
+    return std::filesystem::equivalent(one, other, missing);
+}
+
+bool IsFilled(const std::filesystem::path& path) {
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(path, missing);
+    return !missing && size > 0;
+}
+
+/// The name that an earlier repair gave the file before it was killed, or a new one.
 std::filesystem::path DatedName(const std::filesystem::path& path) {
+    const std::filesystem::path begin = With(path, ".damaged-");
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(path.parent_path(), error), end; entry != end;
+         entry.increment(error)) {
+        if (entry->path().native().starts_with(begin.native()) && IsSameFile(*entry, path))
+            return entry->path();
+    }
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
     char date[32];
-    std::strftime(date, sizeof date, ".damaged-%Y%m%d-%H%M%S", &local);
-    std::filesystem::path dated = path.string() + date;
-    for (int number = 2; std::filesystem::exists(dated); ++number)
-        dated = path.string() + date + "-" + std::to_string(number);
+    std::strftime(date, sizeof date, "%Y%m%d-%H%M%S", &local);
+    std::filesystem::path dated = With(begin, date);
+    for (int number = 2; std::filesystem::exists(dated, error); ++number)
+        dated = With(begin, date + ("-" + std::to_string(number)));
     return dated;
 }
 
-/// The file and what SQLite keeps beside it.
-constexpr const char* kSuffixes[] = {"", "-wal", "-shm", "-journal"};
+OSStatus StatusOfError(const std::error_code& error) {
+    if (error == std::errc::no_space_on_device)
+        return kKestrinMIDIErrFull;
+    return error ? OSStatus(kKestrinMIDIErrDisk) : OSStatus(noErr);
+}
 
-OSStatus MoveAside(const std::filesystem::path& path, const std::filesystem::path& dated) {
-    for (const char* const suffix : kSuffixes) {
-        std::error_code error;
-        std::filesystem::rename(path.string() + suffix, dated.string() + suffix, error);
-        if (error && error != std::errc::no_such_file_or_directory)
-            return kMIDIUnknownError;
+/// What SQLite keeps beside a file.
+constexpr const char* kCompanions[] = {"-wal", "-shm", "-journal"};
+
+void RemoveCompanions(const std::filesystem::path& path) {
+    for (const char* const suffix : kCompanions) {
+        std::error_code ignored;
+        std::filesystem::remove(With(path, suffix), ignored);
     }
-    return noErr;
 }
 
-/// Opens a file of any condition without changing it.
-ConnectionHolder OpenAsItIs(const std::filesystem::path& path) {
-    sqlite3* connection = nullptr;
-    sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE,
-                    nullptr);
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
-    sqlite3_limit(connection, SQLITE_LIMIT_LENGTH, 4 * static_cast<int>(kLongestValue));
-    return ConnectionHolder(connection);
+void RemoveWithCompanions(const std::filesystem::path& path) {
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+    RemoveCompanions(path);
 }
 
-bool NeedsRepair(const std::filesystem::path& path) {
+/// Gives the damaged file a second name, and its log, which may hold what the file does not.
+std::error_code SetAside(const std::filesystem::path& path, const std::filesystem::path& dated) {
+    std::error_code error;
+    for (const char* const suffix : {"", "-wal", "-journal"}) {
+        const std::filesystem::path from = With(path, suffix);
+        const std::filesystem::path to = With(dated, suffix);
+        if (!IsFilled(from) || IsSameFile(from, to))
+            continue;
+        std::filesystem::create_hard_link(from, to, error);
+        if (error)
+            std::filesystem::copy_file(from, to, error);
+        if (error)
+            break;
+    }
+    return error;
+}
+
+/// Brings what stands in the log into the file itself, so that the file is whole without it.
+void CompleteFromLog(const std::filesystem::path& path) {
+    ConnectionHolder connection;
+    OpenConnection(path, connection);
+    QueryInteger(connection.get(), "PRAGMA schema_version", 0); // opens the log
+    sqlite3_wal_checkpoint_v2(connection.get(), "main", SQLITE_CHECKPOINT_PASSIVE, nullptr,
+                              nullptr);
+}
+
+/// Lets nobody open the file who has not opened it yet. Those who have wait for the write lock, so
+/// that nothing is confirmed in a log that is about to lose its name.
+void KeepOthersOut(sqlite3* connection) {
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (!file || !file->pMethods)
+        return;
+    file->pMethods->xLock(file, SQLITE_LOCK_SHARED);
+    // Where others have the file open this ends half-way, at the lock that keeps new ones out.
+    file->pMethods->xLock(file, SQLITE_LOCK_EXCLUSIVE);
+}
+
+/// At each moment the path names the damaged file or the new one. The log must go before: SQLite
+/// would take it for the new file's.
+OSStatus Replace(sqlite3* damaged, const std::filesystem::path& path,
+                 const std::filesystem::path& fresh, std::filesystem::path& savedAs) {
+    savedAs = DatedName(path);
+    if (const std::error_code error = SetAside(path, savedAs))
+        return StatusOfError(error);
+    CompleteFromLog(path);
+    KeepOthersOut(damaged);
+    RemoveCompanions(path);
+    std::error_code error;
+    std::filesystem::rename(fresh, path, error);
+    return StatusOfError(error);
+}
+
+/// noErr where a repair is due.
+OSStatus CheckNeed(const std::filesystem::path& path) {
     DatabaseProblem problem;
     const std::unique_ptr<Database> file = Database::Open(path, problem);
+    if (!file && problem.state == kKestrinMIDIDatabaseLocked)
+        return kKestrinMIDIErrLocked;
     if (!file)
-        return problem.state == kKestrinMIDIDatabaseDamaged;
+        return problem.state == kKestrinMIDIDatabaseDamaged ? OSStatus(noErr)
+                                                            : OSStatus(kMIDINotPermitted);
     KeyTable keys;
     ObjectStore store;
     const LoadResult result = LoadObjects(file->Connection(), keys, store);
     const bool isDamaged =
         result.code != SQLITE_OK || !DamageIn(file->Connection(), result.lost).empty();
     file->CloseUntouched();
-    return isDamaged;
+    return isDamaged ? OSStatus(noErr) : OSStatus(kMIDINotPermitted);
 }
 
 /// Writes the salvaged objects, with their references and unique IDs, into a new file.
@@ -178,28 +266,23 @@ int WriteAll(sqlite3* connection, const KeyTable& keys, const ObjectStore& store
     return code == SQLITE_OK ? Execute(connection, "COMMIT") : code;
 }
 
-/// Saves what can be read of the file at `from` into a new one at `to`.
-OSStatus Salvage(const std::filesystem::path& from, const std::filesystem::path& to,
+/// Saves what can be read of the damaged file into a new one.
+OSStatus Salvage(sqlite3* damaged, const std::filesystem::path& fresh,
                  KestrinMIDIRepairCounts& counts) {
     KeyTable keys;
     ObjectStore store;
-    {
-        const ConnectionHolder damaged = OpenAsItIs(from);
-        counts.lost = static_cast<UInt32>(SalvageObjects(damaged.get(), keys, store));
-    }
+    const SalvageResult result = SalvageObjects(damaged, keys, store);
+    counts.lost = static_cast<UInt32>(result.lost);
+    counts.unreadable = static_cast<UInt32>(result.unreadable);
+    RemoveWithCompanions(fresh); // of a repair that was killed
     DatabaseProblem problem;
-    const std::unique_ptr<Database> saved = Database::Open(to, problem);
-    if (!saved || WriteAll(saved->Connection(), keys, store, counts) != SQLITE_OK)
-        return kMIDIUnknownError;
+    const std::unique_ptr<Database> saved = Database::Open(fresh, problem);
+    if (!saved)
+        return kKestrinMIDIErrDisk;
+    if (const int code = WriteAll(saved->Connection(), keys, store, counts); code != SQLITE_OK)
+        return StatusOf(code);
     saved->CloseCleanly();
-    return noErr;
-}
-
-void RemoveWithCompanions(const std::filesystem::path& path) {
-    for (const char* const suffix : kSuffixes) {
-        std::error_code ignored;
-        std::filesystem::remove(path.string() + suffix, ignored);
-    }
+    return IsFilled(With(fresh, "-wal")) ? OSStatus(kKestrinMIDIErrDisk) : OSStatus(noErr);
 }
 
 } // namespace
@@ -216,20 +299,29 @@ std::string DamageIn(sqlite3* connection, std::size_t rowsLost) {
 
 OSStatus RepairDatabase(const std::filesystem::path& path, std::filesystem::path& savedAs,
                         KestrinMIDIRepairCounts& counts) {
-    const RepairLock lock(path);
-    if (!std::filesystem::exists(path) || !NeedsRepair(path))
-        return kMIDINotPermitted;
-    const std::filesystem::path fresh = path.string() + ".new-" + std::to_string(getpid());
-    savedAs = DatedName(path);
-    OSStatus status = Salvage(path, fresh, counts);
-    if (status == noErr)
-        status = MoveAside(path, savedAs);
     std::error_code error;
+    const std::filesystem::path file = std::filesystem::canonical(path, error); // past links
+    if (error)
+        return kMIDINotPermitted;
+    const FolderLock lock(file.parent_path());
+    if (!lock.Take())
+        return kKestrinMIDIErrLocked;
+    if (const OSStatus status = CheckNeed(file); status != noErr)
+        return status;
+    // The write lock stays to the end, so that nothing is confirmed that the new file lacks. A file
+    // that is damaged beyond locking is nobody's to write.
+    ConnectionHolder damaged;
+    OpenConnection(file, damaged);
+    if ((Execute(damaged.get(), "BEGIN IMMEDIATE") & 0xFF) == SQLITE_BUSY)
+        return kKestrinMIDIErrLocked;
+    const std::filesystem::path fresh = With(file, ".repair");
+    OSStatus status = Salvage(damaged.get(), fresh, counts);
     if (status == noErr)
-        std::filesystem::rename(fresh, path, error);
-    if (status != noErr || error)
+        status = Replace(damaged.get(), file, fresh, savedAs);
+    if (status != noErr)
         RemoveWithCompanions(fresh);
-    return error ? OSStatus(kMIDIUnknownError) : status;
+    lock.Synchronise();
+    return status;
 }
 
 } // namespace KestrinMIDI

@@ -70,12 +70,15 @@ typedef struct {
     UInt32 objects;    ///< how many were saved
     UInt32 properties; ///< how many were saved
     UInt32 lost;       ///< objects and properties that were met but made no sense
+    UInt32 unreadable; ///< objects that are known of and could not be read whole
 } KestrinMIDIRepairCounts;
 
-/// Sets a damaged file aside under a dated name beside it and saves what can be read of it into a
-/// new one. `outSavedAs` gets the name of the file set aside (the caller releases it); both results
-/// may be null. kMIDINotPermitted, and nothing touched, where the file is not damaged;
-/// kMIDIUnknownError where it can't be set aside.
+/// Sets a damaged file aside under a dated name beside it, with its log, and saves what can be read
+/// of it into a new one, which takes its name in one step: whenever the repair is killed, that name
+/// stands for one of the two, and repairing again clears up. Of a symbolic link its target is
+/// repaired. `outSavedAs` gets the name of the file set aside (the caller releases it); both
+/// results may be null. kMIDINotPermitted, and nothing touched, where the file is not damaged or
+/// changes are being made together; else the statuses of changes.
 OSStatus KestrinMIDIRepairDatabase(CFStringRef* outSavedAs, KestrinMIDIRepairCounts* outCounts);
 
 // The sequencer that tells which devices are plugged in.

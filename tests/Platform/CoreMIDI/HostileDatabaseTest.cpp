@@ -71,6 +71,8 @@ TEST_F(HostileDatabaseTest, RunsNothingThatTheFileBringsAlong) {
            "(SELECT 1 UNION ALL SELECT i+1 FROM n) SELECT i AS object,'' AS kind,'' AS serial,"
            "'' AS place,'' AS manufacturer,'' AS name FROM n");
     EXPECT_EQ(KestrinMIDIGetDatabaseState(), kKestrinMIDIDatabaseDamaged);
+    EXPECT_EQ(KestrinMIDIRepairDatabase(nullptr, nullptr), noErr);
+    EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
 }
 
 } // namespace

@@ -67,6 +67,7 @@ ConnectionHolder MidiTest::OpenFile() const {
     MIDIRestart();
     sqlite3* connection = nullptr;
     EXPECT_EQ(sqlite3_open(fFile.c_str(), &connection), SQLITE_OK);
+    sqlite3_busy_timeout(connection, 5000);
     return ConnectionHolder(connection);
 }
 
