@@ -25,9 +25,10 @@ public:
     virtual void Send(std::size_t unit, const MidiBytes& message) = 0;
 };
 
-/// Ports of one sequencer client, named after the units. Throws a sentence (std::runtime_error)
-/// where there is no sequencer.
-std::unique_ptr<Cables> MakeProgramPorts(const std::vector<std::string>& names);
+/// Ports of one sequencer client of the given name, called after the units. Throws a sentence
+/// (std::runtime_error) where there is no sequencer.
+std::unique_ptr<Cables> MakeProgramPorts(const std::string& client,
+                                         const std::vector<std::string>& names);
 
 /// Raw MIDI devices ("hw:1,0"), such as the far ends of emulated USB cables. Throws a sentence
 /// where one cannot be opened.

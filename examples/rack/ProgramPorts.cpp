@@ -16,6 +16,7 @@ struct FreeCoder {
 using CoderHolder = std::unique_ptr<snd_midi_event_t, FreeCoder>;
 
 constexpr std::size_t kLongestPiece = 4096;
+constexpr std::size_t kPool = 2000; // events that wait to be read: the most that it allows
 
 int Checked(int result, const char* what) {
     if (result < 0)
@@ -32,7 +33,7 @@ CoderHolder MakeCoder() {
 
 class ProgramPorts final : public Cables {
 public:
-    explicit ProgramPorts(const std::vector<std::string>& names);
+    ProgramPorts(const std::string& client, const std::vector<std::string>& names);
 
     std::vector<pollfd> Descriptors() const override;
     bool Receive(const Receiver& receiver) override;
@@ -45,12 +46,13 @@ private:
     CoderHolder fEncoder = MakeCoder();
 };
 
-ProgramPorts::ProgramPorts(const std::vector<std::string>& names) {
+ProgramPorts::ProgramPorts(const std::string& client, const std::vector<std::string>& names) {
     snd_seq_t* sequencer = nullptr;
     Checked(snd_seq_open(&sequencer, "default", SND_SEQ_OPEN_DUPLEX, SND_SEQ_NONBLOCK),
             "The sequencer cannot be opened");
     fSequencer.reset(sequencer);
-    snd_seq_set_client_name(sequencer, "Rack");
+    snd_seq_set_client_name(sequencer, client.c_str());
+    snd_seq_set_client_pool_input(sequencer, kPool);
     for (const std::string& name : names)
         fPorts.push_back(Checked(
             snd_seq_create_simple_port(sequencer, name.c_str(),
@@ -102,6 +104,7 @@ void ProgramPorts::Send(std::size_t unit, const MidiBytes& message) {
 
 } // namespace
 
-std::unique_ptr<Cables> MakeProgramPorts(const std::vector<std::string>& names) {
-    return std::make_unique<ProgramPorts>(names);
+std::unique_ptr<Cables> MakeProgramPorts(const std::string& client,
+                                         const std::vector<std::string>& names) {
+    return std::make_unique<ProgramPorts>(client, names);
 }

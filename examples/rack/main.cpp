@@ -64,7 +64,7 @@ std::unique_ptr<Cables> PlugIn(const std::vector<WantedUnit>& wanted) {
         names.push_back(unit.name);
         devices.push_back(unit.device);
     }
-    return wanted[0].device.empty() ? MakeProgramPorts(names) : OpenRawDevices(devices);
+    return wanted[0].device.empty() ? MakeProgramPorts("Rack", names) : OpenRawDevices(devices);
 }
 
 std::vector<Unit> MakeUnits(const std::vector<WantedUnit>& wanted, Cables& cables) {
