@@ -103,7 +103,9 @@ void Keeping::Look() {
         complaints.insert(DatabaseProblem());
     if (HasSequencer(complaints) && plan)
         complaints.merge(fKeeper->Keep(*plan));
-    fIsWaiting = !fSequencer || fKeeper->IsWaiting();
+    // Of a sequencer that comes into being the service tells; of room in one that is there, nobody.
+    fIsWaiting = fSequencer ? fKeeper->IsWaiting()
+                            : KestrinMIDIGetSequencerState() == kKestrinMIDISequencerReady;
     for (const std::string& complaint : complaints) {
         if (!fSaid.contains(complaint))
             std::cerr << complaint << std::endl;
