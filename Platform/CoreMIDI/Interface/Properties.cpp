@@ -98,14 +98,17 @@ OSStatus SetProperty(MIDIObjectRef ref, CFStringRef propertyID, MakeValue makeVa
     });
 }
 
-std::vector<std::string> OwnKeys(const ServiceSession& session, MIDIObjectRef ref) {
-    std::vector<std::string> keys;
-    if (const StoredObject* const object = session.Store().Find(ref)) {
-        for (const StoredProperty& property : object->properties)
-            keys.push_back(session.Keys().TextOf(property.key));
+const std::vector<PropertyKey>& ListedKeys(const StoredObject& object, const KeyTable& keys) {
+    std::vector<PropertyKey>& listed = object.listedKeys;
+    if (listed.size() != object.properties.size()) {
+        listed.clear();
+        for (const StoredProperty& property : object.properties)
+            listed.push_back(property.key);
+        std::sort(listed.begin(), listed.end(), [&keys](PropertyKey one, PropertyKey other) {
+            return keys.TextOf(one) < keys.TextOf(other);
+        });
     }
-    std::sort(keys.begin(), keys.end());
-    return keys;
+    return listed;
 }
 
 } // namespace
@@ -177,15 +180,19 @@ OSStatus MIDIObjectRemoveProperty(MIDIObjectRef ref, CFStringRef propertyID) {
     });
 }
 
-ItemCount KestrinMIDIObjectGetNumberOfProperties(MIDIObjectRef object) {
-    return InSession(0, [object](ServiceSession& session) -> ItemCount {
-        return OwnKeys(session, object).size();
+ItemCount KestrinMIDIObjectGetNumberOfProperties(MIDIObjectRef ref) {
+    return InSession(0, [ref](ServiceSession& session) -> ItemCount {
+        const StoredObject* const object = session.Store().Find(ref);
+        return object ? object->properties.size() : 0;
     });
 }
 
-CFStringRef KestrinMIDIObjectCopyPropertyKey(MIDIObjectRef object, ItemCount index0) {
-    return InSession(nullptr, [=](ServiceSession& session) {
-        const std::vector<std::string> keys = OwnKeys(session, object);
-        return index0 < keys.size() ? MakeString(keys[index0]) : nullptr;
+CFStringRef KestrinMIDIObjectCopyPropertyKey(MIDIObjectRef ref, ItemCount index0) {
+    return InSession(nullptr, [=](ServiceSession& session) -> CFStringRef {
+        const StoredObject* const object = session.Store().Find(ref);
+        if (!object || index0 >= object->properties.size())
+            return nullptr;
+        const PropertyKey key = ListedKeys(*object, session.Keys())[index0];
+        return MakeString(session.Keys().TextOf(key));
     });
 }

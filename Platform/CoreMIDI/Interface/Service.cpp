@@ -283,7 +283,7 @@ OSStatus ServiceSession::Apply(const Change& change) {
 }
 
 bool ServiceSession::HasStored(MIDIObjectRef ref, PropertyKey key, const PropertyValue& value) {
-    if (IsChanging() || !IsWritable())
+    if (IsChanging() || KeyTable::IsLive(key) || !IsWritable())
         return false;
     const StoredObject* const object = Store().Find(ref);
     const PropertyValue* const present = object ? object->Own(key) : nullptr;

@@ -85,6 +85,17 @@ std::filesystem::path DatabasePath() {
     return named[0] == '/' ? named : std::filesystem::path(".") / named;
 }
 
+std::filesystem::path With(const std::filesystem::path& path, std::string_view suffix) {
+    std::filesystem::path result = path;
+    return result += suffix;
+}
+
+bool IsFilled(const std::filesystem::path& path) {
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(path, missing);
+    return !missing && size > 0;
+}
+
 int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connection) {
     MakeFile(path);
     sqlite3* opened = nullptr;

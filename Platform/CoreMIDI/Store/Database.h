@@ -25,6 +25,11 @@ std::filesystem::path DatabasePath();
 /// What SQLite's error code means for the file at `path`.
 DatabaseProblem ProblemOf(int code, const std::filesystem::path& path);
 
+/// The name of what SQLite keeps beside a file.
+std::filesystem::path With(const std::filesystem::path& path, std::string_view suffix);
+/// Whether there is such a file, with anything in it.
+bool IsFilled(const std::filesystem::path& path);
+
 /// Connects to a file of any origin and condition, which may neither run code of its own nor take
 /// much memory; makes an empty one where there is none. Closing leaves what stands beside it.
 int OpenConnection(const std::filesystem::path& path, ConnectionHolder& connection);

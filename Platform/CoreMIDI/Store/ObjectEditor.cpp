@@ -39,9 +39,17 @@ OSStatus StatusOf(int code) {
 
 namespace {
 
+constexpr int kMostTries = 100;
+
 MIDIUniqueID RandomUniqueID() {
     static std::random_device entropy;
     return std::uniform_int_distribution<MIDIUniqueID>(1, 0x7FFFFFFF)(entropy);
+}
+
+/// Behind the last child; of equal positions the later reference is.
+std::int64_t NextPosition(const StoredObject& owner) {
+    const std::int64_t last = owner.children.empty() ? -1 : owner.children.back()->position;
+    return last == INT64_MAX ? last : last + 1;
 }
 
 void BindOptional(Statement& statement, int parameter, std::optional<std::int64_t> value) {
@@ -125,7 +133,8 @@ OSStatus ObjectEditor::InsertRow(StoredObject& object) {
     write.BindInteger(3, object.position);
     BindOptional(write, 5, object.pendingSince);
     OSStatus status = kMIDIIDNotUnique;
-    while (status == kMIDIIDNotUnique) {
+    // A file with rules of its own may refuse every ID.
+    for (int tries = 0; tries < kMostTries && status == kMIDIIDNotUnique; ++tries) {
         object.uniqueID = RandomUniqueID();
         write.BindInteger(4, object.uniqueID);
         status = StatusOf(write.Run());
@@ -142,7 +151,7 @@ StoredObject* ObjectEditor::Create(MIDIObjectType type, StoredObject* owner, OSS
     object->type = type;
     if (owner) {
         object->ownerRef = owner->ref;
-        object->position = owner->children.empty() ? 0 : owner->children.back()->position + 1;
+        object->position = NextPosition(*owner);
     }
     status = InsertRow(*object);
     return status == noErr ? fStore.Add(std::move(object)) : nullptr;

@@ -12,6 +12,7 @@ namespace {
 struct Target {
     KeyTable& keys;
     ObjectStore& store;
+    std::uint64_t budget; ///< how many bytes may still be taken
     std::size_t lost = 0;
 };
 
@@ -104,18 +105,32 @@ std::string SelectFrom(const Table& table) {
     return std::string("SELECT ") + table.columns + " FROM " + table.name;
 }
 
+void TakeRow(const Table& table, const Statement& row, Target& target) {
+    const std::size_t size = row.Size();
+    const bool isTaken = size <= target.budget && table.take(row, target);
+    target.budget -= isTaken ? size : 0;
+    target.lost += isTaken ? 0 : 1;
+}
+
+/// Values can't be longer together than the file that they stand in, but for UTF-16 that becomes
+/// UTF-8: more is computed, by columns of the file's own.
+std::uint64_t Budget(sqlite3* connection) {
+    const std::int64_t pages = QueryInteger(connection, "PRAGMA page_count", 0);
+    return 2 * static_cast<std::uint64_t>(pages) * QueryInteger(connection, "PRAGMA page_size", 0);
+}
+
 /// Reads one table to its end or to the first error.
 int ReadTable(sqlite3* connection, const Table& table, const char* direction, Target& target) {
     const std::string order = *direction ? std::string(" ORDER BY ") + table.order + direction : "";
     Statement query(connection, SelectFrom(table) + order);
     int code;
     while ((code = query.Step()) == SQLITE_ROW)
-        target.lost += table.take(query, target) ? 0 : 1;
+        TakeRow(table, query, target);
     return code == SQLITE_DONE ? SQLITE_OK : code;
 }
 
 /// Reads the properties one at a time, passing over the values that are too big to be read at all.
-int ReadPropertiesSingly(sqlite3* connection, Target& target) {
+int ReadPropertiesSingly(sqlite3* connection, const Table& table, Target& target) {
     Statement list(connection, "SELECT object,key FROM properties");
     Statement single(connection,
                      "SELECT object,key,value FROM properties WHERE object=? AND key=?");
@@ -126,7 +141,7 @@ int ReadPropertiesSingly(sqlite3* connection, Target& target) {
         single.BindInteger(1, list.Integer(0));
         single.BindText(2, list.Bytes(1));
         if (single.Step() == SQLITE_ROW)
-            TakeProperty(single, target);
+            TakeRow(table, single, target);
         else
             ++target.lost;
         single.Reset();
@@ -138,7 +153,7 @@ int ReadTables(sqlite3* connection, Target& target) {
     for (const Table& table : kTables) {
         int code = ReadTable(connection, table, "", target);
         if (code == SQLITE_TOOBIG && table.take == TakeProperty)
-            code = ReadPropertiesSingly(connection, target);
+            code = ReadPropertiesSingly(connection, table, target);
         if (code != SQLITE_OK)
             return code;
     }
@@ -171,7 +186,7 @@ void SalvageTable(sqlite3* connection, const Table& table, const References& obj
         single.BindInteger(1, object);
         int code;
         while ((code = single.Step()) == SQLITE_ROW)
-            table.take(single, target);
+            TakeRow(table, single, target);
         single.Reset();
         if (code != SQLITE_DONE)
             unreadable.insert(object);
@@ -187,7 +202,7 @@ LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) 
         if (const int code = Execute(connection, "BEGIN"); code != SQLITE_OK)
             return {code, 0};
     }
-    Target target{keys, store};
+    Target target{keys, store, Budget(connection)};
     const int code = ReadTables(connection, target);
     if (begins)
         Execute(connection, "COMMIT");
@@ -195,7 +210,7 @@ LoadResult LoadObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) 
 }
 
 SalvageResult SalvageObjects(sqlite3* connection, KeyTable& keys, ObjectStore& store) {
-    Target target{keys, store};
+    Target target{keys, store, Budget(connection)};
     const References objects = KnownObjects(connection);
     References unreadable;
     for (const Table& table : kTables)

@@ -194,9 +194,11 @@ void ObjectStore::SetProperty(StoredObject& object, PropertyKey key, PropertyVal
         }
     }
     object.properties.push_back({key, std::move(value)});
+    object.listedKeys.clear();
 }
 
 bool ObjectStore::RemoveProperty(StoredObject& object, PropertyKey key) {
+    object.listedKeys.clear();
     return std::erase_if(object.properties,
                          [key](const StoredProperty& property) { return property.key == key; }) > 0;
 }

@@ -78,7 +78,8 @@ struct StoredObject {
     StoredObject* owner = nullptr;
     std::unique_ptr<HardwareRecord> hardware; ///< null for what a person added
     std::vector<StoredProperty> properties;
-    std::vector<StoredProperty> live; ///< empty while unplugged
+    mutable std::vector<PropertyKey> listedKeys; ///< in alphabetical order, made when asked for
+    std::vector<StoredProperty> live;            ///< empty while unplugged
 
     std::vector<StoredObject*> children; ///< sources before destinations, each in their order
     std::int64_t position = 0;

@@ -55,20 +55,9 @@ std::string FirstRow(sqlite3* connection, const char* sql) {
     return code == SQLITE_DONE ? std::string() : std::string(sqlite3_errstr(code));
 }
 
-std::filesystem::path With(const std::filesystem::path& path, std::string_view suffix) {
-    std::filesystem::path result = path;
-    return result += suffix;
-}
-
 bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
     std::error_code missing;
     return std::filesystem::equivalent(one, other, missing);
-}
-
-bool IsFilled(const std::filesystem::path& path) {
-    std::error_code missing;
-    const std::uintmax_t size = std::filesystem::file_size(path, missing);
-    return !missing && size > 0;
 }
 
 /// The name that an earlier repair gave the file before it was killed, or a new one.

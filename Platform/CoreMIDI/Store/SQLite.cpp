@@ -57,6 +57,15 @@ std::string_view Statement::Bytes(int column) const {
     return bytes ? std::string_view(static_cast<const char*>(bytes), length) : std::string_view();
 }
 
+std::size_t Statement::Size() const {
+    std::size_t size = 0;
+    for (int column = 0; column < sqlite3_column_count(fStatement.get()); ++column) {
+        if (Type(column) == SQLITE_TEXT || Type(column) == SQLITE_BLOB)
+            size += Bytes(column).size();
+    }
+    return size;
+}
+
 std::int64_t QueryInteger(sqlite3* connection, const char* sql, std::int64_t fallback) {
     Statement query(connection, sql);
     return query.Step() == SQLITE_ROW ? query.Integer(0) : fallback;

@@ -47,6 +47,8 @@ public:
     std::int64_t Integer(int column) const {
         return sqlite3_column_int64(fStatement.get(), column);
     }
+    /// How long its texts and data are together.
+    std::size_t Size() const;
     /// The bytes of a text or of data, valid until the next Step or Reset.
     std::string_view Bytes(int column) const;
 

@@ -2,7 +2,10 @@
 
 #include "Platform/CoreMIDI/Store/LockPatience.h"
 
+#include <array>
+#include <cstring>
 #include <iterator>
+#include <optional>
 #include <string>
 
 namespace KestrinMIDI {
@@ -78,6 +81,31 @@ FileMarks ReadMarks(sqlite3* connection) {
     return marks;
 }
 
+std::int32_t BigEndian(const unsigned char* bytes) {
+    std::uint32_t value = 0;
+    for (int i = 0; i < 4; ++i)
+        value = value << 8U | bytes[i];
+    return static_cast<std::int32_t>(value);
+}
+
+/// The same from the file's first page (https://sqlite.org/fileformat2.html, 1.3 and 1.6), which
+/// lays nothing beside it. Nothing where the file is new or has a journal, which may hold another
+/// first page.
+std::optional<FileMarks> ReadFirstPage(sqlite3* connection, const std::filesystem::path& path) {
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    const bool isNew = !IsFilled(path); // SQLite itself takes one byte for none
+    const bool hasJournal = IsFilled(With(path, "-wal")) || IsFilled(With(path, "-journal"));
+    if (!file || !file->pMethods || isNew || hasJournal)
+        return std::nullopt;
+    std::array<unsigned char, 105> page{};
+    file->pMethods->xRead(file, page.data(), page.size(), 0); // a short file leaves zeros
+    if (std::memcmp(page.data(), "SQLite format 3", 16) != 0)
+        return FileMarks{SQLITE_NOTADB, 0, 0, false};
+    const bool hasNoTable = page[100] == 0x0D && page[103] == 0 && page[104] == 0;
+    return FileMarks{SQLITE_OK, BigEndian(&page[60]), BigEndian(&page[68]), hasNoTable};
+}
+
 DatabaseProblem CheckMarks(const FileMarks& marks, const std::filesystem::path& path) {
     if (marks.code != SQLITE_OK)
         return ProblemOf(marks.code, path);
@@ -86,6 +114,8 @@ DatabaseProblem CheckMarks(const FileMarks& marks, const std::filesystem::path& 
     if (marks.application != kApplicationID)
         return {kKestrinMIDIDatabaseForeign,
                 "The file " + path.string() + " is a database of some other program."};
+    if (marks.version < 0)
+        return ProblemOf(SQLITE_CORRUPT, path);
     if (marks.version > kVersion)
         return {kKestrinMIDIDatabaseNewer,
                 "The MIDI database " + path.string() + " was written by a newer version (schema " +
@@ -116,31 +146,38 @@ int ConfigureForWriting(sqlite3* connection, bool& isWAL) {
     return Execute(connection, "PRAGMA synchronous=FULL");
 }
 
-int Migrate(sqlite3* connection) {
+DatabaseProblem Migrate(sqlite3* connection, const std::filesystem::path& path) {
     if (const int code = Execute(connection, "BEGIN IMMEDIATE"); code != SQLITE_OK)
-        return code;
-    // Another process may have done it meanwhile.
+        return ProblemOf(code, path);
+    // Another process may have done it meanwhile, a newer one even more.
     const FileMarks marks = ReadMarks(connection);
-    int code = marks.code != SQLITE_OK ? marks.code : RunSteps(connection, marks.version);
-    if (code == SQLITE_OK)
-        code = Execute(connection, "COMMIT");
-    if (code != SQLITE_OK)
+    DatabaseProblem problem = CheckMarks(marks, path);
+    if (problem.state == kKestrinMIDIDatabaseReady)
+        problem = ProblemOf(RunSteps(connection, marks.version), path);
+    if (problem.state == kKestrinMIDIDatabaseReady)
+        problem = ProblemOf(Execute(connection, "COMMIT"), path);
+    if (problem.state != kKestrinMIDIDatabaseReady)
         Execute(connection, "ROLLBACK");
-    return code;
+    return problem;
 }
 
 } // namespace
 
 SchemaResult PrepareSchema(sqlite3* connection, const std::filesystem::path& path) {
+    SchemaResult result;
+    if (const std::optional<FileMarks> marks = ReadFirstPage(connection, path))
+        result.problem = CheckMarks(*marks, path);
+    if (result.problem.state != kKestrinMIDIDatabaseReady)
+        return result;
     const FileMarks marks = ReadMarks(connection);
-    SchemaResult result{CheckMarks(marks, path)};
+    result.problem = CheckMarks(marks, path);
     if (result.problem.state != kKestrinMIDIDatabaseReady)
         return result;
     if (sqlite3_db_readonly(connection, "main") == 1)
         return {ProblemOf(SQLITE_READONLY, path)};
     int code = ConfigureForWriting(connection, result.isWAL);
     if (code == SQLITE_OK && marks.version < kVersion)
-        code = Migrate(connection);
+        return {Migrate(connection, path), result.isWAL};
     result.problem = ProblemOf(code, path);
     return result;
 }

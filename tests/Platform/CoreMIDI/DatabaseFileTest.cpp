@@ -94,10 +94,15 @@ TEST_F(DatabaseFileTest, IsRefusedWhereTheFolderCantBeMade) {
 }
 
 TEST_F(DatabaseFileTest, OfANewerVersionOrAnotherProgramIsRefused) {
+    RunSQL("PRAGMA user_version=-1");
+    ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
     RunSQL("PRAGMA user_version=2");
     ExpectRefused(kKestrinMIDIDatabaseNewer, "newer");
     RunSQL("PRAGMA application_id=1");
     ExpectRefused(kKestrinMIDIDatabaseForeign, "other program");
+    EXPECT_EQ(KestrinMIDIRepairDatabase(nullptr, nullptr), kMIDINotPermitted);
+    const std::filesystem::directory_iterator files(fFile.parent_path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing is laid beside it";
     std::filesystem::remove(fFile);
     RunSQL("CREATE TABLE things(name)");
     ExpectRefused(kKestrinMIDIDatabaseForeign, "other program");
@@ -109,7 +114,8 @@ TEST_F(DatabaseFileTest, ThatIsDamagedIsRefused) {
     // The page of the objects' own table, behind a header and a schema that are whole.
     std::string holed = whole;
     holed.replace(4096, 4096, 4096, '\xAA');
-    for (const auto& content : {std::string(8192, 'x'), whole.substr(0, whole.size() / 2), holed}) {
+    for (const auto& content :
+         {std::string(1, 'x'), std::string(8192, 'x'), whole.substr(0, whole.size() / 2), holed}) {
         std::ofstream(fFile, std::ios::binary) << content;
         ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
     }

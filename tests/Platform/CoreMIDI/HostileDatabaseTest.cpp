@@ -1,5 +1,7 @@
 #include "tests/Platform/CoreMIDI/MidiTest.h"
 
+#include <chrono>
+
 namespace {
 
 class HostileDatabaseTest : public MidiTest {
@@ -58,8 +60,35 @@ TEST_F(HostileDatabaseTest, EndsWithManyPropertiesOnOneObject) {
            "INSERT INTO properties SELECT " +
            fObject + ",'key'||i,i FROM n");
     EXPECT_EQ(MIDIGetNumberOfSources(), 1u);
-    EXPECT_LE(KestrinMIDIObjectGetNumberOfProperties(fDevice), 4096u);
+    const ItemCount count = KestrinMIDIObjectGetNumberOfProperties(fDevice);
+    EXPECT_LE(count, 4096u);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(TextOf(KestrinMIDIObjectCopyPropertyKey(fDevice, 1)), "key10");
+    for (ItemCount i = 0; i < count; ++i)
+        CFRelease(KestrinMIDIObjectCopyPropertyKey(fDevice, i));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
     EXPECT_EQ(MIDIObjectSetIntegerProperty(fDevice, CFSTR("one more"), 1), kMIDINotPermitted);
+}
+
+TEST_F(HostileDatabaseTest, EndsCreatingWhereTheFileHasRulesOfItsOwn) {
+    RunSQL("UPDATE objects SET position=9223372036854775807 WHERE type=1;"
+           "CREATE UNIQUE INDEX single ON objects(type) WHERE type=16");
+    AddExternal("First", "", "");
+    EXPECT_NE(MIDIExternalDeviceCreate(nullptr, nullptr, nullptr, nullptr), noErr);
+    MIDIEntityRef entity = 0;
+    EXPECT_EQ(MIDIDeviceAddEntity(fDevice, CFSTR("Last"), 0, 0, 0, &entity), noErr);
+    MIDIRestart();
+    EXPECT_EQ(MIDIDeviceGetEntity(fDevice, 1), entity);
+}
+
+TEST_F(HostileDatabaseTest, TakesNoMoreThanTheFileHolds) {
+    RunSQL("DROP TABLE properties;"
+           "CREATE TABLE properties(object,key,value AS (zeroblob(1000000)));"
+           "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<100) "
+           "INSERT INTO properties SELECT " +
+           fObject + ",'key'||i FROM n");
+    EXPECT_EQ(MIDIGetNumberOfSources(), 1u);
+    EXPECT_EQ(KestrinMIDIObjectGetNumberOfProperties(fDevice), 0u);
 }
 
 TEST_F(HostileDatabaseTest, RunsNothingThatTheFileBringsAlong) {
