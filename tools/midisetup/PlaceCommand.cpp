@@ -33,7 +33,7 @@ std::string Place(const PlaceOptions& options) {
     const Device* const surface = names.Named(options.surface).device;
     if (surface == nullptr || !IsSurface(*surface))
         throw Failure("\"" + Printable(options.surface) +
-                      "\" is no control surface; \"midisetup surfaces\" shows which there are");
+                      R"(" is no control surface; "midisetup surfaces" shows which there are)");
     SetProperty(surface->reference, kGroupPositionKey, options.position);
     SetProperty(surface->reference, kGroupIDKey, options.group);
     return Printable(surface->name) + ": group " + std::to_string(options.group) + ", position " +

@@ -27,6 +27,7 @@ enum class Output { Shown, Dropped };
 /// Runs a program, by its path or its name, to its end. The exit code, or -1 if it can't be run.
 int Run(std::vector<std::string> words, Output output) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

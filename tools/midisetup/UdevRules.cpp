@@ -66,7 +66,7 @@ std::string RuleFor(const KnownCard& card, const std::vector<KnownCard>& cards,
                     std::set<std::string>& taken) {
     const auto both = static_cast<std::uint32_t>(card.vendorProduct);
     char ids[80];
-    std::snprintf(ids, sizeof ids, "ATTRS{idVendor}==\"%04x\", ATTRS{idProduct}==\"%04x\"",
+    std::snprintf(ids, sizeof ids, R"(ATTRS{idVendor}=="%04x", ATTRS{idProduct}=="%04x")",
                   both >> 16, both & 0xFFFF);
     return "# " + Printable(card.name) +
            "\nACTION==\"add\", SUBSYSTEM==\"sound\", KERNEL==\"card*\", " + ids + ", " +
