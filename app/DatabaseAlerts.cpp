@@ -13,7 +13,7 @@ using namespace Kestrin;
 
 namespace {
 
-const UString kParagraphEnd("\n\n", UString::kASCII);
+const UString kParagraphEnd = "\n\n"_u;
 
 UString AdviceOn(KestrinMIDIDatabaseState state) {
     switch (state) {

@@ -70,19 +70,25 @@ CFBundleRef MakeBundle(const fs::path& folder) {
 } // namespace
 
 CFBundleRef CFBundleGetMainBundle() {
-    static const CFHolder<CFBundleRef> bundle(MakeBundle(ProgramFolder()));
-    return bundle.Get();
+    return OrNothing([] {
+        static const CFHolder<CFBundleRef> bundle(MakeBundle(ProgramFolder()));
+        return bundle.Get();
+    });
 }
 
 CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef folder) {
-    const std::string& path = PathOf(folder);
-    std::error_code error;
-    return fs::is_directory(path, error) ? MakeBundle(path) : nullptr;
+    return OrNothing([folder] {
+        const std::string& path = PathOf(folder);
+        std::error_code error;
+        return fs::is_directory(path, error) ? MakeBundle(path) : nullptr;
+    });
 }
 
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subFolder) {
-    const fs::path found =
-        ObjectOf<BundleObject>(bundle).FindLocalized(TextOf(subFolder), FileNameOf(name, type));
-    return found.empty() ? nullptr : URLOf(found);
+    return OrNothing([=] {
+        const fs::path found =
+            ObjectOf<BundleObject>(bundle).FindLocalized(TextOf(subFolder), FileNameOf(name, type));
+        return found.empty() ? nullptr : URLOf(found);
+    });
 }

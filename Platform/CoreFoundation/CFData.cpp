@@ -30,7 +30,8 @@ const std::vector<UInt8>& BytesOf(CFDataRef data) {
 } // namespace
 
 CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex count) {
-    return count < 0 ? nullptr : ReferenceTo<CFDataRef>(new DataObject(bytes, count));
+    return OrNothing(
+        [=] { return count < 0 ? nullptr : ReferenceTo<CFDataRef>(new DataObject(bytes, count)); });
 }
 
 CFIndex CFDataGetLength(CFDataRef data) {

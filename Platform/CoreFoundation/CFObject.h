@@ -3,6 +3,7 @@
 #include <CoreFoundation/CFBase.h>
 
 #include <atomic>
+#include <exception>
 
 namespace KestrinMIDI {
 
@@ -38,6 +39,16 @@ const Object& ObjectOf(CFTypeRef reference) {
 template <typename Ref>
 Ref ReferenceTo(const CFObject* object) {
     return static_cast<Ref>(static_cast<CFTypeRef>(object));
+}
+
+/// What `call` answers, or null or false where it ends in an exception: none leaves a C function.
+template <typename Call>
+auto OrNothing(const Call& call) noexcept -> decltype(call()) {
+    try {
+        return call();
+    } catch (const std::exception&) {
+        return {};
+    }
 }
 
 } // namespace KestrinMIDI

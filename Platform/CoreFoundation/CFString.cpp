@@ -39,21 +39,24 @@ const CFStringUnits& UnitsOf(CFStringRef string) {
 } // namespace
 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* units, CFIndex count) {
-    return count < 0 ? nullptr : MakeString(CFStringUnits(units, units + count));
+    return OrNothing(
+        [=] { return count < 0 ? nullptr : MakeString(CFStringUnits(units, units + count)); });
 }
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex count,
                                     CFStringEncoding encoding, Boolean isExternalRepresentation) {
     if (count < 0)
         return nullptr;
-    std::optional<CFStringUnits> units =
-        UnitsOfBytes({bytes, static_cast<std::size_t>(count)}, encoding);
-    if (!units)
-        return nullptr;
-    constexpr UniChar kByteOrderMark = 0xFEFF;
-    if (isExternalRepresentation && !units->empty() && units->front() == kByteOrderMark)
-        units->erase(units->begin());
-    return MakeString(std::move(*units));
+    return OrNothing([=]() -> CFStringRef {
+        std::optional<CFStringUnits> units =
+            UnitsOfBytes({bytes, static_cast<std::size_t>(count)}, encoding);
+        if (!units)
+            return nullptr;
+        constexpr UniChar kByteOrderMark = 0xFEFF;
+        if (isExternalRepresentation && !units->empty() && units->front() == kByteOrderMark)
+            units->erase(units->begin());
+        return MakeString(std::move(*units));
+    });
 }
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text,
@@ -128,14 +131,14 @@ Boolean CFStringFindWithOptions(CFStringRef string, CFStringRef wanted, CFRange 
 }
 
 CFStringRef CFStringMakeConstantString(const char* text) {
-    static std::mutex mutex;
-    // Never destroyed: constants are used until the process is gone.
-    static auto& constants = *new std::map<std::string, CFStringRef, std::less<>>;
-    const std::lock_guard lock(mutex);
-    const auto place = constants.find(std::string_view(text));
-    if (place != constants.end())
-        return place->second;
-    const CFStringRef made =
-        CFStringCreateWithCString(kCFAllocatorDefault, text, kCFStringEncodingUTF8);
-    return constants.emplace(text, made).first->second;
+    return OrNothing([text] {
+        static std::mutex mutex;
+        // Never destroyed: constants are used until the process is gone.
+        static auto& constants = *new std::map<std::string, CFStringRef, std::less<>>;
+        const std::lock_guard lock(mutex);
+        CFStringRef& constant = constants[text];
+        if (constant == nullptr)
+            constant = CFStringCreateWithCString(kCFAllocatorDefault, text, kCFStringEncodingUTF8);
+        return constant;
+    });
 }

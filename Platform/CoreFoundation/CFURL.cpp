@@ -23,21 +23,25 @@ std::string WithoutSlashAtEnd(std::string path) {
 
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex count,
                                                  Boolean isDirectory) {
-    const std::string bytes(path, path + count);
-    if (bytes.empty() || bytes.find('\0') != std::string::npos)
-        return nullptr;
-    std::error_code error;
-    const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
-    return error ? nullptr : MakeURL(WithoutSlashAtEnd(absolute.string()), isDirectory != 0);
+    return OrNothing([=]() -> CFURLRef {
+        const std::string bytes(path, path + count);
+        if (bytes.empty() || bytes.find('\0') != std::string::npos)
+            return nullptr;
+        std::error_code error;
+        const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
+        return error ? nullptr : MakeURL(WithoutSlashAtEnd(absolute.string()), isDirectory != 0);
+    });
 }
 
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef component,
                                                Boolean isDirectory) {
-    const std::string name = FileNameOf(component);
-    if (!IsName(name))
-        return nullptr;
-    const std::string separator = PathOf(url).ends_with('/') ? "" : "/";
-    return MakeURL(PathOf(url) + separator + name, isDirectory != 0);
+    return OrNothing([=]() -> CFURLRef {
+        const std::string name = FileNameOf(component);
+        if (!IsName(name))
+            return nullptr;
+        const std::string separator = PathOf(url).ends_with('/') ? "" : "/";
+        return MakeURL(PathOf(url) + separator + name, isDirectory != 0);
+    });
 }
 
 CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {

@@ -1,5 +1,7 @@
 #include "Platform/CoreFoundation/FileNames.h"
 
+#include "Platform/CoreFoundation/CFObject.h"
+
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
@@ -72,15 +74,19 @@ std::string FileNameOf(CFStringRef string) {
 using namespace KestrinMIDI;
 
 CFStringRef CFStringCreateWithFileSystemRepresentation(CFAllocatorRef allocator, const char* path) {
-    const std::vector<UniChar> units = UnitsOfFileName(path);
-    return CFStringCreateWithCharacters(allocator, units.data(),
-                                        static_cast<CFIndex>(units.size()));
+    return OrNothing([=] {
+        const std::vector<UniChar> units = UnitsOfFileName(path);
+        return CFStringCreateWithCharacters(allocator, units.data(),
+                                            static_cast<CFIndex>(units.size()));
+    });
 }
 
 Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex capacity) {
-    const std::string bytes = FileNameOf(string);
-    if (static_cast<CFIndex>(bytes.size()) >= capacity || bytes.find('\0') != std::string::npos)
-        return false;
-    std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
-    return true;
+    return OrNothing([=]() -> Boolean {
+        const std::string bytes = FileNameOf(string);
+        if (static_cast<CFIndex>(bytes.size()) >= capacity || bytes.find('\0') != std::string::npos)
+            return false;
+        std::memcpy(buffer, bytes.c_str(), bytes.size() + 1);
+        return true;
+    });
 }

@@ -48,6 +48,16 @@ void UseTheService(MIDIDeviceRef known) {
     KestrinMIDIEndChanges();
     if (const CFStringRef problem = KestrinMIDICopyDatabaseProblem())
         CFRelease(problem);
+    const UInt8 path[] = "/a folder";
+    if (const CFURLRef url =
+            CFURLCreateFromFileSystemRepresentation(nullptr, path, sizeof path - 1, 1)) {
+        if (const CFURLRef file =
+                CFURLCreateCopyAppendingPathComponent(nullptr, url, CFSTR("a file of it"), 0))
+            CFRelease(file);
+        CFRelease(url);
+    }
+    if (const CFDataRef data = CFDataCreate(nullptr, path, sizeof path))
+        CFRelease(data);
 }
 
 TEST_F(ExceptionsTest, NoneLeavesACallWhereMemoryEnds) {
