@@ -11,17 +11,18 @@ int sPieces = -1;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// None is inlined: the compiler would see one half and take it for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     void* const piece = sPieces == 0 ? nullptr : std::malloc(size);
     sPieces -= sPieces < 0 ? 0 : 1;
     return piece ? piece : throw std::bad_alloc();
 }
 
-void operator delete(void* piece) noexcept {
+[[gnu::noinline]] void operator delete(void* piece) noexcept {
     std::free(piece);
 }
 
-void operator delete(void* piece, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* piece, std::size_t) noexcept {
     std::free(piece);
 }
 
