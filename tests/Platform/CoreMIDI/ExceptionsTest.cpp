@@ -18,6 +18,10 @@ int sPieces = -1;
     return piece ? piece : throw std::bad_alloc();
 }
 
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return std::malloc(size);
+}
+
 [[gnu::noinline]] void operator delete(void* piece) noexcept {
     std::free(piece);
 }
