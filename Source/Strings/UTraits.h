@@ -80,5 +80,4 @@ struct UTraits {
 
 /// Text in UTF-16 code units and in UTF-32 values.
 using UTF16String = std::basic_string<unsigned short, UTraits<unsigned short>>;
-using UTF16View = std::basic_string_view<unsigned short, UTraits<unsigned short>>;
 using UTF32String = std::basic_string<unsigned int, UTraits<unsigned int>>;

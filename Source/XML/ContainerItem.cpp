@@ -36,11 +36,10 @@ void ContainerItem::ReleaseItems() {
         }
         boost::shared_ptr<Item> last = std::move(emptied->fItems.back());
         emptied->fItems.pop_back();
-        auto* container = dynamic_cast<ContainerItem*>(last.get());
-        if (container == nullptr || last.use_count() > 1)
+        if (last->GetType() != kContainer || last.use_count() > 1)
             continue;
+        emptied = static_cast<ContainerItem*>(last.get());
         opened.push_back(std::move(last));
-        emptied = container;
     }
 }
 
@@ -70,13 +69,14 @@ void ContainerItem::RemoveItem(boost::shared_ptr<Item> item) {
 void ContainerItem::MakeIndex() {
     NameIndex::Entries entries;
     entries.reserve(fItems.size());
-    for (std::size_t place = fItems.size(); place-- > 0;)
-        entries.emplace_back(NameKey(fItems[place]->GetName()), static_cast<std::uint32_t>(place));
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    // Namesakes stand the last one first, which stays.
+    for (const boost::shared_ptr<Item>& item : fItems)
+        entries.emplace_back(NameKey(item->GetName()), static_cast<std::uint32_t>(entries.size()));
+    // Of namesakes the last one stands first, which stays.
+    std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
+        return a.first < b.first || (a.second > b.second && !(b.first < a.first));
+    });
     const auto kept = std::unique(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
-        return a.first.name == b.first.name;
+        return !(a.first < b.first);
     });
     entries.erase(kept, entries.end());
     fIndex = NameIndex(std::move(entries));

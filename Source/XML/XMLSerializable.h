@@ -9,6 +9,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -159,15 +160,20 @@ private:
     /// without a look at the names.
     struct NameKey {
         explicit NameKey(const UString& text)
-            : name(text.data(), text.length())
-            , hash(std::hash<std::string_view>()({reinterpret_cast<const char*>(text.data()),
-                                                  text.length() * sizeof(unsigned short)})) {}
-        friend bool operator<(const NameKey& a, const NameKey& b) {
-            return a.hash != b.hash ? a.hash < b.hash : a.name < b.name;
+            : name(&text)
+            , hash(static_cast<std::uint32_t>(std::hash<std::string_view>()(Bytes()))) {}
+
+        std::string_view Bytes() const {
+            return {reinterpret_cast<const char*>(name->data()),
+                    name->length() * sizeof(unsigned short)};
         }
 
-        UTF16View name;
-        std::size_t hash;
+        friend bool operator<(const NameKey& a, const NameKey& b) {
+            return a.hash != b.hash ? a.hash < b.hash : a.Bytes() < b.Bytes();
+        }
+
+        const UString* name;
+        std::uint32_t hash;
     };
     using NameIndex = sorted_vector_map<NameKey, std::uint32_t>;
 
