@@ -4,8 +4,9 @@
     check_strings.py ROOT
 
 Fails when a key that the code under ROOT asks for is missing from a table, and when a table holds a
-key twice or one that nothing asks for. A LookupString whose argument is no literal names its keys
-in a comment on the line above: `// Keys: "Ok", "Cancel"`.
+key twice, one that nothing asks for, or a text with fewer or more of the "%" that stand for a name.
+A LookupString whose argument is no literal names its keys in a comment on the lines above:
+`// Keys: "Ok", "Cancel"`.
 """
 
 import pathlib
@@ -14,7 +15,7 @@ import sys
 import xml.etree.ElementTree
 
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
-CALL = re.compile(r'(?:// Keys: (.*)\n.*)?(?<!UString )\bLookupString\(\s*((?:"(?:[^"\\\n]|\\.)*"\s*)*)')
+CALL = re.compile(r'(?:// Keys: (.*(?:\n *//.*)*)\n.*)?(?<!UString )\bLookupString\(\s*((?:"(?:[^"\\\n]|\\.)*"\s*)*)')
 ESCAPES = {r"\n": "\n", r"\"": '"', r"\\": "\\"}
 
 
@@ -38,10 +39,13 @@ def check(root):
             used.update(keys_of(call))
     tables = list((root / "app/Resources").rglob("LocalizableStrings.xml"))
     for table in tables:
-        held = [item.get("name") for item in xml.etree.ElementTree.parse(table).iter("TEXT")]
+        items = list(xml.etree.ElementTree.parse(table).iter("TEXT"))
+        held = [item.get("name") for item in items]
         yield from (f"{table}: {key!r} is missing" for key in sorted(used - set(held)))
         yield from (f"{table}: nothing asks for {key!r}" for key in sorted(set(held) - used))
         yield from (f"{table}: {key!r} stands there twice" for key in held if held.count(key) > 1)
+        yield from (f"{table}: {item.get('value')!r} has other % than {item.get('name')!r}" for item in items
+                    if item.get("value").count("%") != item.get("name").count("%"))
     if not tables:
         yield "there is no table"
 
