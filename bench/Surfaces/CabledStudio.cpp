@@ -4,38 +4,18 @@
 #include "Surfaces/SurfaceGroups.h"
 #include "Surfaces/SurfaceModels.h"
 
-#include <stdlib.h>
+#include <CoreMIDI/MIDIChanges.h>
 
-#include <string>
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 
 constexpr int kPortsOfAnInterface = 8;
 
-class BenchFolder {
-public:
-    BenchFolder() { fPath = mkdtemp(fPattern.data()); }
-    ~BenchFolder() {
-        MIDIRestart();
-        std::error_code ignored;
-        std::filesystem::remove_all(fPath, ignored);
-    }
-    BenchFolder(const BenchFolder&) = delete;
-    BenchFolder& operator=(const BenchFolder&) = delete;
-
-    const std::filesystem::path& Path() const { return fPath; }
-
-private:
-    std::string fPattern = std::filesystem::temp_directory_path() / "kestrin-bench-XXXXXX";
-    std::filesystem::path fPath;
-};
-
 void AddPorts(MIDIDeviceRef device, int count) {
-    for (int port = 1; port <= count; ++port) {
-        MIDIEntityRef entity = 0;
+    for (int port = 1; port <= count; ++port)
         MIDIDeviceAddEntity(device, MidiObject::ToText("Port " + std::to_string(port)).Get(), false,
-                            1, 1, &entity);
-    }
+                            1, 1, nullptr);
 }
 
 MIDIDeviceRef AddInterface(int number) {
@@ -71,6 +51,7 @@ void Cable(MIDIEntityRef port, MIDIDeviceRef surface) {
 }
 
 void Build(int surfaces) {
+    MIDIChanges together;
     MIDIDeviceRef interface = 0;
     for (int i = 0; i < surfaces; ++i) {
         const int port = i % kPortsOfAnInterface;
@@ -78,16 +59,20 @@ void Build(int surfaces) {
             interface = AddInterface(i / kPortsOfAnInterface);
         Cable(MIDIDeviceGetEntity(interface, static_cast<ItemCount>(port)), AddSurface(i));
     }
+    together.End();
 }
 
 } // namespace
 
 std::filesystem::path UseCabledStudio(int surfaces) {
-    static const BenchFolder folder;
-    const std::filesystem::path file = folder.Path() / (std::to_string(surfaces) + ".sqlite3");
+    static const TemporaryFolder folder;
+    const std::filesystem::path file = folder / (std::to_string(surfaces) + ".sqlite3");
+    const bool isNew = !exists(file);
     setenv("KESTRIN_MIDI_DATABASE", file.c_str(), 1);
     MIDIRestart();
-    if (MIDIGetNumberOfExternalDevices() == 0)
+    if (isNew) {
         Build(surfaces);
+        MIDIRestart();
+    }
     return file;
 }

@@ -1,38 +1,48 @@
-// The MIDI service beside plain SQLite doing the like with the same file.
+// Surfaces that are cabled to interfaces: opening their database, finding them and giving each its
+// place, reading a setting, storing all. Beside each, plain SQLite doing the like with the same file.
 
+#include "Surfaces/MidiObject.h"
 #include "Surfaces/SurfaceDiscovery.h"
 #include "Surfaces/SurfaceGroups.h"
 
-#include "bench/Platform/CoreMIDI/Studio.h"
+#include "Platform/CoreMIDI/Store/SQLite.h"
+#include "bench/Surfaces/CabledStudio.h"
 
 #include <benchmark/benchmark.h>
 
 #include <vector>
 
+using namespace KestrinMIDI;
+
 namespace {
 
-constexpr int kOkSurfaces = 1000;
+constexpr int kSurfaces = 1000;
+
+/// A connection of its own to the file, set up as the service's.
+ConnectionHolder ConnectTo(const std::filesystem::path& file) {
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
+                    nullptr);
+    Execute(connection, "PRAGMA synchronous=FULL;PRAGMA foreign_keys=ON");
+    return ConnectionHolder(connection);
+}
 
 struct Row {
     std::int64_t object;
     std::int64_t type;
     std::int64_t uniqueID;
     std::string key;
-    std::string text;
-    std::int64_t number;
+    std::string value;
 };
 
 /// Every object's every property, as plain values.
 std::vector<Row> ReadRows(sqlite3* connection) {
-    Statement query(connection, "SELECT o.id,o.type,o.unique_id,p.key,p.value FROM objects o "
-                                "LEFT JOIN properties p ON p.object=o.id");
+    Statement query(connection, "SELECT id,type,unique_id,key,value FROM objects "
+                                "LEFT JOIN properties ON object=id");
     std::vector<Row> rows;
-    while (query.Step() == SQLITE_ROW) {
-        const bool isText = query.Type(4) == SQLITE_TEXT;
-        rows.push_back(
-            {query.Integer(0), query.Integer(1), query.Integer(2), std::string(query.Bytes(3)),
-             isText ? std::string(query.Bytes(4)) : std::string(), isText ? 0 : query.Integer(4)});
-    }
+    while (query.Step() == SQLITE_ROW)
+        rows.push_back({query.Integer(0), query.Integer(1), query.Integer(2),
+                        std::string(query.Bytes(3)), std::string(query.Bytes(4))});
     return rows;
 }
 
@@ -41,15 +51,14 @@ std::vector<Row> ReadRows(sqlite3* connection) {
 void FirstUseOurs(benchmark::State& state, int surfaces) {
     for (auto _ : state) {
         state.PauseTiming();
-        UseStudio(surfaces);
+        UseCabledStudio(surfaces);
         state.ResumeTiming();
         benchmark::DoNotOptimize(MIDIGetNumberOfSources());
     }
 }
 
 void FirstUseWithSQLite(benchmark::State& state, int surfaces) {
-    const std::string& file = StudioFile(surfaces);
-    MIDIRestart(); // so that each open finds the file as ours does: closed
+    const std::filesystem::path file = UseCabledStudio(surfaces);
     for (auto _ : state) {
         ConnectionHolder connection = ConnectTo(file);
         std::vector<Row> rows = ReadRows(connection.get());
@@ -64,31 +73,27 @@ void FirstUseWithSQLite(benchmark::State& state, int surfaces) {
 // Scan: finding and normalising the surfaces, beside reading the rows that say where they are.
 
 void ScanOurs(benchmark::State& state, int surfaces) {
-    UseStudio(surfaces);
-    std::vector<MidiDevice> first;
-    GetAvailableDevices(first); // the first use is a cell of its own
+    UseCabledStudio(surfaces);
+    std::vector<MidiDevice> found;
     for (auto _ : state) {
-        std::vector<MidiDevice> found;
         GetAvailableDevices(found);
         NormaliseGroupPositions(found);
-        if (found.size() != static_cast<std::size_t>(surfaces))
-            state.SkipWithError("not all surfaces were found");
     }
+    if (found.size() != static_cast<std::size_t>(surfaces))
+        state.SkipWithError("not all surfaces were found");
 }
 
 void ScanWithSQLite(benchmark::State& state, int surfaces) {
-    const ConnectionHolder connection = ConnectTo(StudioFile(surfaces));
-    for (auto _ : state) {
-        const std::vector<Row> rows = ReadRows(connection.get());
-        benchmark::DoNotOptimize(rows.data());
-    }
+    const ConnectionHolder connection = ConnectTo(UseCabledStudio(surfaces));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ReadRows(connection.get()).data());
 }
 
 // One property after the first, as a mixer reads them.
 
 void PropertyOurs(benchmark::State& state) {
-    UseStudio(kOkSurfaces);
-    const MIDIDeviceRef device = MIDIGetDevice(7);
+    UseCabledStudio(kSurfaces);
+    const MIDIDeviceRef device = MIDIGetExternalDevice(7);
     SInt32 value = 0;
     for (auto _ : state) {
         MIDIObjectGetIntegerProperty(device, CFSTR("com_velt_sorvex_control_surface_groupid"),
@@ -96,38 +101,28 @@ void PropertyOurs(benchmark::State& state) {
         benchmark::DoNotOptimize(value);
     }
 }
-BENCHMARK(PropertyOurs)->Name("Property/Integer/ours");
+BENCHMARK(PropertyOurs)->Name("Property/ours");
 
 void PropertyWithSQLite(benchmark::State& state) {
-    const ConnectionHolder connection = ConnectTo(StudioFile(kOkSurfaces));
+    const ConnectionHolder connection = ConnectTo(UseCabledStudio(kSurfaces));
+    const MIDIDeviceRef device = MIDIGetExternalDevice(7);
     Execute(connection.get(), "BEGIN");
     Statement query(connection.get(), "SELECT value FROM properties WHERE object=? AND key=?");
     for (auto _ : state) {
-        query.BindInteger(1, 29);
-        query.BindText(2, "com_velt_sorvex_control_surface_groupid");
+        query.BindInteger(1, device);
+        query.BindText(2, kGroupIDKey);
         query.Step();
         benchmark::DoNotOptimize(query.Integer(0));
         query.Reset();
     }
     Execute(connection.get(), "COMMIT");
 }
-BENCHMARK(PropertyWithSQLite)->Name("Property/Integer/SQLite");
+BENCHMARK(PropertyWithSQLite)->Name("Property/SQLite");
 
-void InheritedTextOurs(benchmark::State& state) {
-    UseStudio(kOkSurfaces);
-    const MIDIEndpointRef source = MIDIGetSource(7);
-    for (auto _ : state) {
-        CFStringRef text = nullptr;
-        MIDIObjectGetStringProperty(source, kMIDIPropertyModel, &text);
-        CFRelease(text);
-    }
-}
-BENCHMARK(InheritedTextOurs)->Name("Property/InheritedText/ours");
-
-// Ok: two integers of every surface, each in a transaction of its own.
+// Ok: two integers of every surface, in one transaction.
 
 void OkOurs(benchmark::State& state) {
-    UseStudio(kOkSurfaces);
+    UseCabledStudio(kSurfaces);
     std::vector<MidiDevice> surfaces;
     GetAvailableDevices(surfaces);
     SInt32 value = 0;
@@ -138,26 +133,30 @@ void OkOurs(benchmark::State& state) {
         WriteGroupSettings(surfaces);
     }
 }
-BENCHMARK(OkOurs)->Name("Ok/1000/ours")->Unit(benchmark::kMillisecond);
+BENCHMARK(OkOurs)->Name("Ok/1000/ours");
 
 void OkWithSQLite(benchmark::State& state) {
-    const ConnectionHolder connection = ConnectTo(StudioFile(kOkSurfaces));
+    const ConnectionHolder connection = ConnectTo(UseCabledStudio(kSurfaces));
+    std::vector<MIDIObjectRef> surfaces;
+    for (ItemCount i = 0; i < MIDIGetNumberOfExternalDevices(); ++i)
+        surfaces.push_back(MIDIGetExternalDevice(i));
     Statement write(connection.get(), "UPDATE properties SET value=? WHERE object=? AND key=?");
     std::int64_t value = 0;
     for (auto _ : state) {
         ++value;
-        for (std::int64_t surface = 0; surface < kOkSurfaces; ++surface) {
-            for (const char* const key : {"com_velt_sorvex_control_surface_grouppos",
-                                          "com_velt_sorvex_control_surface_groupid"}) {
+        Execute(connection.get(), "BEGIN IMMEDIATE");
+        for (const MIDIObjectRef surface : surfaces) {
+            for (const char* const key : {kGroupPositionKey, kGroupIDKey}) {
                 write.BindInteger(1, value);
-                write.BindInteger(2, 1 + 4 * surface);
+                write.BindInteger(2, surface);
                 write.BindText(3, key);
                 write.Run();
             }
         }
+        Execute(connection.get(), "COMMIT");
     }
 }
-BENCHMARK(OkWithSQLite)->Name("Ok/1000/SQLite")->Unit(benchmark::kMillisecond);
+BENCHMARK(OkWithSQLite)->Name("Ok/1000/SQLite");
 
 using SizedBenchmark = void (*)(benchmark::State&, int surfaces);
 
