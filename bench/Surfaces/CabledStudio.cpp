@@ -4,9 +4,9 @@
 #include "Surfaces/SurfaceGroups.h"
 #include "Surfaces/SurfaceModels.h"
 
-#include <CoreMIDI/MIDIChanges.h>
-
 #include "tests/support/TemporaryFolder.h"
+
+#include <CoreMIDI/MIDIChanges.h>
 
 namespace {
 

@@ -1,5 +1,6 @@
 // Surfaces that are cabled to interfaces: opening their database, finding them and giving each its
-// place, reading a setting, storing all. Beside each, plain SQLite doing the like with the same file.
+// place, reading a setting, storing all. Beside each, plain SQLite doing the like with the same
+// file.
 
 #include "Surfaces/MidiObject.h"
 #include "Surfaces/SurfaceDiscovery.h"

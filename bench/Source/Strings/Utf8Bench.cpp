@@ -1,18 +1,17 @@
-// UTF-8 to UTF-16 and back, beside ICU, Qt and the C library. All but Qt, whose strings are their
-// own storage, write into memory that is used over and over. Qt, ICU and iconv read and write
-// standard surrogates; no text here holds any.
+// UTF-8 to UTF-16 and back, beside ICU and Qt. All but Qt, whose strings are their own storage,
+// write into memory that is used over and over. Qt and ICU read and write standard surrogates; no
+// text here holds any.
 
 #include "Strings/Transcoders.h"
 
 #include "bench/Source/Strings/RandomText.h"
 
 #include <benchmark/benchmark.h>
-#include <iconv.h>
 #include <unicode/ustring.h>
 
 #include <QString>
+#include <deque>
 #include <functional>
-#include <memory>
 
 namespace {
 
@@ -28,29 +27,6 @@ Texts MakeTexts(Script script, std::size_t size) {
         texts.utf16.push_back(QString::fromStdString(text).toStdU16String());
     return texts;
 }
-
-class IconvConverter {
-public:
-    IconvConverter(const char* to, const char* from, std::size_t room)
-        : fDescriptor(iconv_open(to, from))
-        , fOut(room) {}
-    ~IconvConverter() { iconv_close(fDescriptor); }
-    IconvConverter(const IconvConverter&) = delete;
-    IconvConverter& operator=(const IconvConverter&) = delete;
-
-    void Convert(const void* source, std::size_t bytes) {
-        char* in = static_cast<char*>(const_cast<void*>(source));
-        char* out = fOut.data();
-        std::size_t room = fOut.size();
-        iconv(fDescriptor, &in, &bytes, &out, &room);
-        benchmark::DoNotOptimize(out);
-        benchmark::ClobberMemory();
-    }
-
-private:
-    iconv_t fDescriptor;
-    std::vector<char> fOut;
-};
 
 void DecodeOurs(benchmark::State& state, const Texts& texts) {
     Rotation text(texts.utf8);
@@ -83,15 +59,6 @@ void DecodeWithQt(benchmark::State& state, const Texts& texts) {
         const std::string& source = text.Next();
         benchmark::DoNotOptimize(
             QString::fromUtf8(source.data(), static_cast<qsizetype>(source.size())));
-    }
-}
-
-void DecodeWithIconv(benchmark::State& state, const Texts& texts) {
-    Rotation text(texts.utf8);
-    IconvConverter converter("UTF-16LE", "UTF-8", 2 * texts.utf8.front().size());
-    for (auto _ : state) {
-        const std::string& source = text.Next();
-        converter.Convert(source.data(), source.size());
     }
 }
 
@@ -129,39 +96,20 @@ void EncodeWithQt(benchmark::State& state, const Texts& texts) {
         benchmark::DoNotOptimize(text.Next().toUtf8());
 }
 
-void EncodeWithIconv(benchmark::State& state, const Texts& texts) {
-    Rotation text(texts.utf16);
-    IconvConverter converter("UTF-8", "UTF-16LE", texts.utf8.front().size());
-    for (auto _ : state) {
-        const std::u16string& source = text.Next();
-        converter.Convert(source.data(), 2 * source.size());
-    }
-}
-
-using Run = void (*)(benchmark::State&, const Texts&);
-
-void Register(const std::string& cell, const char* contender, Run run,
-              const std::shared_ptr<const Texts>& texts) {
-    benchmark::RegisterBenchmark(
-        (cell + '/' + contender).c_str(), [run, texts](benchmark::State& state) {
-            run(state, *texts);
-            state.SetBytesProcessed(state.iterations() *
-                                    static_cast<int64_t>(texts->utf8.front().size()));
-        });
-}
-
-void RegisterCell(const std::string& cell, const std::shared_ptr<const Texts>& texts) {
-    Register("Utf8ToUtf16/" + cell, "ours", DecodeOurs, texts);
-    Register("Utf8ToUtf16/" + cell, "ICU", DecodeWithICU, texts);
-    Register("Utf8ToUtf16/" + cell, "Qt", DecodeWithQt, texts);
-    Register("Utf8ToUtf16/" + cell, "iconv", DecodeWithIconv, texts);
-    Register("Utf16ToUtf8/" + cell, "ours", EncodeOurs, texts);
-    Register("Utf16ToUtf8/" + cell, "ICU", EncodeWithICU, texts);
-    Register("Utf16ToUtf8/" + cell, "Qt", EncodeWithQt, texts);
-    Register("Utf16ToUtf8/" + cell, "iconv", EncodeWithIconv, texts);
+void Register(const std::string& cell, const Texts& texts) {
+    const auto add = [&](const std::string& direction, const char* contender, auto* run) {
+        benchmark::RegisterBenchmark((direction + cell + contender).c_str(), run, std::cref(texts));
+    };
+    add("Utf8ToUtf16/", "/ours", DecodeOurs);
+    add("Utf8ToUtf16/", "/ICU", DecodeWithICU);
+    add("Utf8ToUtf16/", "/Qt", DecodeWithQt);
+    add("Utf16ToUtf8/", "/ours", EncodeOurs);
+    add("Utf16ToUtf8/", "/ICU", EncodeWithICU);
+    add("Utf16ToUtf8/", "/Qt", EncodeWithQt);
 }
 
 [[maybe_unused]] const bool kRegistered = [] {
+    static std::deque<Texts> allTexts;
     const std::pair<const char*, Script> scripts[] = {{"ASCII", Script::kASCII},
                                                       {"Latin", Script::kAccentedLatin},
                                                       {"CyrillicCJK", Script::kCyrillicAndCJK}};
@@ -169,8 +117,8 @@ void RegisterCell(const std::string& cell, const std::shared_ptr<const Texts>& t
         {"64B", 64}, {"1KiB", 1024}, {"1MiB", std::size_t{1} << 20}};
     for (const auto& [scriptName, script] : scripts) {
         for (const auto& [sizeName, size] : sizes)
-            RegisterCell(std::string(scriptName) + '/' + sizeName,
-                         std::make_shared<const Texts>(MakeTexts(script, size)));
+            Register(std::string(scriptName) + '/' + sizeName,
+                     allTexts.emplace_back(MakeTexts(script, size)));
     }
     return true;
 }();
