@@ -1,17 +1,12 @@
+#include "tests/tools/MidiSetup.h"
+
 #include "Surfaces/SurfaceGroups.h"
 
-#include "tests/support/TestStudio.h"
-
 #include <CoreMIDI/MIDIDatabase.h>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -21,65 +16,9 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// What a program did: its exit code and what it wrote.
-struct ProgramRun {
-    int exitCode;
-    std::string output;
-    std::string errors;
-};
-
-std::string ReadAll(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+json Surfaces() {
+    return json::parse(RunProgram({"surfaces", "--json"}).output);
 }
-
-/// Runs a program to its end; `input` is its standard input. No argument contains a '.
-ProgramRun RunProgram(const std::vector<std::string>& arguments, const std::string& input = "",
-                      const std::string& program = MIDISETUP_PROGRAM) {
-    const TemporaryFolder folder;
-    std::ofstream(folder / "in", std::ios::binary) << input;
-    std::string command = "'" + program + "'";
-    for (const std::string& argument : arguments)
-        command += " '" + argument + "'";
-    const std::string files = folder.Path().string();
-    command += " <" + files + "/in >" + files + "/out 2>" + files + "/errors";
-    const int status = std::system(command.c_str());
-    return {WEXITSTATUS(status), ReadAll(folder / "out"), ReadAll(folder / "errors")};
-}
-
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
-constexpr int kDatabase = 3;
-
-/// Each case has a database of its own, which the program and the test share.
-class MidiSetup : public testing::Test {
-protected:
-    /// Runs a command that must succeed and answers its output.
-    std::string Do(const std::vector<std::string>& arguments, const std::string& input = "") {
-        const ProgramRun run = RunProgram(arguments, input);
-        EXPECT_EQ(run.exitCode, 0) << arguments[0] << ": " << run.errors;
-        EXPECT_EQ(run.errors, "");
-        return run.output;
-    }
-
-    /// Runs a command that must fail, with nothing on standard output, and answers its errors.
-    std::string Refused(const std::vector<std::string>& arguments, int exitCode = kFailed) {
-        const ProgramRun run = RunProgram(arguments);
-        EXPECT_EQ(run.exitCode, exitCode) << testing::PrintToString(arguments);
-        EXPECT_EQ(run.output, "");
-        return run.errors;
-    }
-
-    void AddBoxAndSurfaces() {
-        Do({"add", "interface", "Box", "--ports", "2", "--manufacturer", "Velt"});
-        Do({"add", "external", "Desk", "--manufacturer", "Mackie", "--model", "Mackie Control"});
-        Do({"add", "external", "Old", "--manufacturer", "Mackie", "--model", "HUI"});
-    }
-
-    json Surfaces() { return json::parse(Do({"surfaces", "--json"})); }
-
-    TestStudio fStudio;
-};
 
 TEST_F(MidiSetup, ShowsTheDemonstrationStudioAsTreeAndSurfaces) {
     Do({"demo"});
@@ -278,96 +217,6 @@ TEST_F(MidiSetup, TellsAtOnceWhatANewDeviceWillBeTakenFor) {
     EXPECT_THAT(Refused({"set", "D", "", "1"}), HasSubstr("the key is empty"));
 }
 
-TEST_F(MidiSetup, BringsAnExportedStudioIntoANewDatabaseUnchanged) {
-    Do({"demo"});
-    Do({"connect", "Rack Interface:Port 1", "SAC-2K"});
-    Do({"set", "HUI", "blob", "00ff", "--data"});
-    const std::string document = Do({"export"});
-    EXPECT_EQ(Do({"import", "-", "--yes"}, document), "There is nothing to change.\n");
-
-    const TestStudio other;
-    EXPECT_THAT(Do({"import", "-", "--yes"}, document), HasSubstr("  add external HUI\n"));
-    EXPECT_EQ(Do({"export"}), document);
-}
-
-TEST_F(MidiSetup, KeepsTheOlderExportAndTheDatabaseWhereAnExportFails) {
-    AddBoxAndSurfaces();
-    const TemporaryFolder folder;
-    const std::string file = folder / "studio.json";
-    Do({"export", file});
-    const std::string older = ReadAll(file);
-    Do({"set", "Box", "long", std::string(100000, 'x')});
-    const std::string limited = "trap '' XFSZ; ulimit -f 64; exec '" MIDISETUP_PROGRAM "' export '";
-    EXPECT_NE(std::system((limited + file + "' 2>'" + file + ".errors'").c_str()), 0);
-    EXPECT_THAT(ReadAll(file + ".errors"), HasSubstr("cannot write " + file));
-    EXPECT_EQ(ReadAll(file), older);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 2);
-
-    EXPECT_THAT(Refused({"export", fStudio.DatabasePath()}), HasSubstr("database itself"));
-    EXPECT_THAT(Refused({"export", "/dev/full"}), HasSubstr("No space left"));
-    const std::string full = "'" MIDISETUP_PROGRAM "' list >/dev/full 2>'" + file + "'";
-    EXPECT_NE(std::system(full.c_str()), 0);
-    EXPECT_THAT(ReadAll(file), HasSubstr("standard output cannot be written"));
-}
-
-TEST_F(MidiSetup, ImportsAllOrNothing) {
-    const auto device = [](int id, std::size_t length) {
-        return json({{"uniqueID", id},
-                     {"kind", "external"},
-                     {"properties", {{"name", std::string(length, 'x')}}},
-                     {"entities", json::array()}});
-    };
-    const json document = {{"format", "midisetup"},
-                           {"version", 1},
-                           {"endpoints", json::array()},
-                           {"devices", {device(5, 3), device(6, std::size_t{2} << 20U)}}};
-    EXPECT_EQ(RunProgram({"import", "-", "--yes"}, document.dump()).exitCode, kFailed);
-    EXPECT_EQ(MIDIGetNumberOfExternalDevices(), 0u);
-    EXPECT_THAT(RunProgram({"import", "-"}, std::string(60000, '[')).errors, HasSubstr("too deep"));
-    EXPECT_THAT(Refused({"import", "/dev/zero"}), HasSubstr("larger than 64 MiB"));
-}
-
-TEST_F(MidiSetup, ShowsWhatAnImportWouldChangeAndAsks) {
-    AddBoxAndSurfaces();
-    const TemporaryFolder folder;
-    const std::string file = folder / "studio.json";
-    Do({"export", file});
-    Do({"rename", "Desk", "Table"});
-    Do({"set", "Box", "extra", "1"});
-
-    const ProgramRun no = RunProgram({"import", file}, "n\n");
-    EXPECT_EQ(no.exitCode, kFailed);
-    EXPECT_THAT(no.output, HasSubstr("  remove extra of Box\n  set name of Table to \"Desk\"\n"));
-    EXPECT_THAT(no.errors, HasSubstr("nothing was changed"));
-    EXPECT_THAT(Do({"list"}), HasSubstr("Table"));
-    Do({"import", file}, "y\n");
-    EXPECT_THAT(Do({"list"}), HasSubstr("Desk"));
-}
-
-TEST_F(MidiSetup, RefusesDocumentsOfAnotherForm) {
-    const std::string head = R"({"format":"midisetup","version":1,"endpoints":[],"devices":)";
-    const std::string device = R"({"uniqueID":5,"kind":"external","entities":[],"properties":)";
-    const std::string documents[] = {
-        "",
-        "[",
-        "{}",
-        R"({"format":"midisetup","version":2})",
-        head + "7}",
-        head + "[7]}",
-        head + "[" + device + "3}]}",
-        head + "[" + device + R"({"a":1.5}}]})",
-        head + "[" + device + R"({"a":4294967296}}]})",
-        head + "[" + device + R"({"a":{"data":"0"}}}]})",
-        head + "[" + device + "{}}," + device + "{}}]}",
-    };
-    for (const std::string& document : documents) {
-        const ProgramRun run = RunProgram({"import", "-", "--yes"}, document);
-        EXPECT_EQ(run.exitCode, kFailed) << document;
-        EXPECT_THAT(run.errors, StartsWith("midisetup: ")) << document;
-    }
-    EXPECT_THAT(Do({"list"}), HasSubstr("There are no MIDI devices"));
-}
-
 TEST_F(MidiSetup, TellsTheDoctorsFindings) {
     Do({"demo"});
     const ProgramRun healthy = RunProgram({"doctor"});
@@ -444,6 +293,7 @@ TEST_F(MidiSetup, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
          "midisetup takes no option \"--json\"; it stands behind: midisetup list"},
         {{"list", "--repair"}, "it stands behind: midisetup doctor"},
         {{"connect", "a"}, "Usage: midisetup connect PORT DEVICE"},
+        {{"list", "a", "b"}, "not expected: a b\n"},
         {std::vector<std::string>(), "needs a command: list, "}};
     for (const auto& [words, message] : mistakes)
         EXPECT_THAT(Refused(words, kUsage), HasSubstr(message));

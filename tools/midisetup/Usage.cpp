@@ -72,6 +72,16 @@ std::string UsageLine(CLI::App& command) {
     return usage;
 }
 
+/// What CLI11 finds wrong; it lists superfluous words from the last to the first.
+std::string Complaint(const CLI::App& command, const CLI::ParseError& error) {
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr)
+        return error.what();
+    std::string complaint = "not expected:";
+    for (const std::string& word : command.remaining())
+        complaint += " " + word;
+    return complaint;
+}
+
 } // namespace
 
 std::string UsageProblem(CLI::App& program, const std::vector<std::string>& words,
@@ -96,7 +106,7 @@ std::string UsageProblem(CLI::App& program, const std::vector<std::string>& word
         if (IsOption(option) && app->get_option_no_throw(option) == nullptr)
             return MisplacedOption(program, *app, option);
     }
-    return FullName(*app) + ": " + Printable(error.what()) + "\n" + UsageLine(*app);
+    return FullName(*app) + ": " + Printable(Complaint(*app, error)) + "\n" + UsageLine(*app);
 }
 
 } // namespace MidiSetup
