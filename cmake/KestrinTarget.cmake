@@ -10,6 +10,9 @@ if(KESTRIN_LINT)
     set(CMAKE_CXX_CLANG_TIDY ${CLANG_TIDY} --quiet)
 endif()
 
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection KESTRIN_HAS_CONTROL_FLOW_PROTECTION)
+
 # kestrin_target(NAME): the project's rules for a target made with add_library or add_executable.
 function(kestrin_target name)
     target_compile_features(${name} PRIVATE cxx_std_20)
@@ -18,6 +21,12 @@ function(kestrin_target name)
         $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
         $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
         $<$<BOOL:${KESTRIN_WARNINGS_AS_ERRORS}>:-Werror>)
+    # Hardening; the C library's checks need an optimising build.
+    target_compile_options(${name} PRIVATE
+        -fstack-protector-strong
+        $<$<BOOL:${KESTRIN_HAS_CONTROL_FLOW_PROTECTION}>:-fcf-protection>
+        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>)
+    target_link_options(${name} PRIVATE -Wl,-z,relro,-z,now)
     set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
 
