@@ -22,6 +22,10 @@ constexpr int kTextWidth = 400; // before it wraps
 void MakeReadable(QLabel& label) {
     label.setTextFormat(Qt::PlainText);
     label.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+/// The toolkit wraps this text, and makes it narrow where nothing else is wide.
+void WidenToText(QLabel& label) {
     const QRect limit(0, 0, kTextWidth, QWIDGETSIZE_MAX);
     const QRect text = label.fontMetrics().boundingRect(
         limit, Qt::TextWordWrap | Qt::TextWrapAnywhere, label.text());
@@ -64,6 +68,8 @@ public:
                 MakeReadable(*label);
         if (auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
             MakeBold(*label);
+        if (auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+            WidenToText(*label);
         setWindowTitle(AsTitle(ToQString(NativeApplication::Shared().Name())));
     }
 

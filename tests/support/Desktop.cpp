@@ -8,6 +8,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
@@ -44,6 +45,12 @@ QAccessibleInterface* Part(const QWidget& window, const char* name) {
     return QAccessible::queryAccessibleInterface(window.findChild<QWidget*>(name));
 }
 
+bool HasRoom(const QLabel& label) {
+    const QRect room = label.contentsRect();
+    const int flags = label.wordWrap() ? Qt::TextWordWrap : 0;
+    return room.contains(label.fontMetrics().boundingRect(room, flags, label.text()));
+}
+
 } // namespace
 
 std::optional<Menu> OpenMenu() {
@@ -68,6 +75,7 @@ std::optional<Alert> OpenAlert() {
         return std::nullopt;
     Alert alert;
     alert.headline = TextOf(Part(*box, "qt_msgbox_label"));
+    alert.isHeadlineWhole = HasRoom(*box->findChild<QLabel*>("qt_msgbox_label"));
     alert.text = TextOf(Part(*box, "qt_msgbox_informativelabel"));
     alert.isCritical = box->icon() == QMessageBox::Critical;
     alert.place = From(box->geometry());

@@ -33,6 +33,7 @@ std::optional<Menu> OpenMenu();
 /// The alert that is open.
 struct Alert {
     std::string headline;
+    bool isHeadlineWhole = false; ///< there is room for all of it
     std::string text;
     std::vector<std::string> buttons; ///< from left to right
     std::vector<Rect> buttonPlaces;

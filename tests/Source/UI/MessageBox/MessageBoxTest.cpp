@@ -27,12 +27,14 @@ protected:
     /// Asks the question of `type`; `act` sees the alert and answers it.
     int Ask(unsigned int type, std::function<void(const Desktop::Alert&)> act) {
         script.WhenAlertIsOpen(std::move(act));
-        return Kestrin::MessageBox(UString(text, UString::kASCII), "<i>R&D</i>"_u, type);
+        return Kestrin::MessageBox(UString(text, UString::kASCII),
+                                   UString(headline, UString::kASCII), type);
     }
     int AskAndType(unsigned int type, const char* keys) {
         return Ask(type, [keys](const Desktop::Alert&) { Desktop::Type(keys); });
     }
 
+    std::string headline = "<i>R&D</i>";
     std::string text = "<b>" + std::string(300, 'x') + "</b>";
     Desktop::Script script;
 };
@@ -63,10 +65,12 @@ TEST_F(MessageBox, AsksOKOrCancelByTheMouse) {
 
 TEST_F(MessageBox, ACriticalMessageHasThePlatformsButtonAndShowsMarkupWithinTheScreen) {
     for (const char* key : {"Return", "Escape"}) {
+        headline += " is a headline of many bold letters";
         const auto type = [this, key](const Desktop::Alert& alert) {
             EXPECT_TRUE(alert.isCritical);
             EXPECT_THAT(alert.buttons, ElementsAre(testing::HasSubstr("OK")));
-            EXPECT_EQ(alert.headline, "<i>R&D</i>");
+            EXPECT_EQ(alert.headline, headline);
+            EXPECT_TRUE(alert.isHeadlineWhole);
             EXPECT_EQ(alert.text, text);
             EXPECT_GE(alert.place.x, 0);
             EXPECT_LE(alert.place.x + alert.place.width, Desktop::Screen().width);
