@@ -197,9 +197,14 @@ std::string ObjectNames::Describe(MIDIUniqueID id) const {
 
 std::string ObjectNames::Word(MIDIUniqueID id) const {
     const NamedObject* const object = WithID(id);
-    const bool isClear = object != nullptr && IsPlainInShell(object->path) &&
-                         Called(object->path).size() == 1 && Called(object->path)[0] == object;
+    const bool isClear =
+        object != nullptr && IsPlainInShell(object->path) && IsNamedByPath(*object);
     return isClear ? "\"" + object->path + "\"" : std::to_string(id);
+}
+
+bool ObjectNames::IsNamedByPath(const NamedObject& object) const {
+    const auto called = Called(object.path);
+    return called.size() == 1 && called[0] == &object;
 }
 
 } // namespace MidiSetup

@@ -47,6 +47,9 @@ public:
     /// else its unique ID.
     std::string Word(MIDIUniqueID id) const;
 
+    /// Whether the object's path names no other.
+    bool IsNamedByPath(const NamedObject& object) const;
+
     const std::vector<NamedObject>& All() const { return fObjects; }
 
 private:

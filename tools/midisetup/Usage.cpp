@@ -3,15 +3,23 @@
 #include "tools/midisetup/ObjectNaming.h"
 #include "tools/midisetup/Output.h"
 
-#include <algorithm>
-
 namespace MidiSetup {
-
-namespace {
 
 std::vector<CLI::App*> CommandsOf(CLI::App& app) {
     return app.get_subcommands([](const CLI::App*) { return true; });
 }
+
+CLI::App* CommandNamed(CLI::App& app, const std::string& name) {
+    const auto found =
+        app.get_subcommands([&](const CLI::App* command) { return command->get_name() == name; });
+    return found.empty() ? nullptr : found.front();
+}
+
+bool IsOption(const std::string& word) {
+    return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
+}
+
+namespace {
 
 std::string Quoted(const std::string& word) {
     return "\"" + Printable(word) + "\"";
@@ -57,10 +65,6 @@ std::string MisplacedOption(CLI::App& program, const CLI::App& app, const std::s
            (takers.empty() ? "" : "; it stands behind: " + takers);
 }
 
-bool IsOption(const std::string& word) {
-    return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
-}
-
 std::string UsageLine(CLI::App& command) {
     std::string usage = "Usage: " + FullName(command);
     for (const CLI::Option* option : command.get_options()) {
@@ -93,13 +97,10 @@ std::string UsageProblem(CLI::App& program, const std::vector<std::string>& word
             return FullName(*app) + " needs a command: " + CommandList(*app);
         if (IsOption(*word))
             return MisplacedOption(program, *app, *word);
-        const auto commands = CommandsOf(*app);
-        const auto command =
-            std::find_if(commands.begin(), commands.end(),
-                         [&](const CLI::App* known) { return known->get_name() == *word; });
-        if (command == commands.end())
+        CLI::App* const command = CommandNamed(*app, *word);
+        if (command == nullptr)
             return UnknownCommand(*app, *word);
-        app = *command;
+        app = command;
     }
     for (; word != words.end(); ++word) {
         const std::string option = word->substr(0, word->find('='));

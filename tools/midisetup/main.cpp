@@ -1,4 +1,5 @@
 #include "tools/midisetup/Commands.h"
+#include "tools/midisetup/Completion.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Usage.h"
 
@@ -43,13 +44,11 @@ std::vector<std::string> WordsOf(int argc, char** argv) {
     return words;
 }
 
-int Run(CLI::App& program, const MidiSetup::Action& chosen, const std::vector<std::string>& words) {
+int Run(const MidiSetup::Action& action) {
     int exitCode = MidiSetup::kExitDone;
     std::string problem;
     try {
-        exitCode = Parse(program, words);
-        if (chosen)
-            exitCode = chosen();
+        exitCode = action();
     } catch (const std::exception& error) {
         const bool isUsage = dynamic_cast<const MidiSetup::UsageFailure*>(&error) != nullptr;
         problem = std::string(isUsage ? "" : "midisetup: ") + error.what();
@@ -86,5 +85,14 @@ int main(int argc, char** argv) {
     MidiSetup::AddDoctorCommand(program, chosen);
     MidiSetup::AddPortsCommand(program, chosen);
     program.add_subcommand("help", "Explain the commands, or the one that is named");
-    return Run(program, chosen, WordsOf(argc, argv));
+    const std::vector<std::string> words = WordsOf(argc, argv);
+    return Run([&]() -> int {
+        // What the shells' completions ask; no command for a person.
+        if (!words.empty() && words.front() == "--complete") {
+            std::cout << MidiSetup::Completions(program, {words.begin() + 1, words.end()});
+            return MidiSetup::kExitDone;
+        }
+        const int exitCode = Parse(program, words);
+        return chosen ? chosen() : exitCode;
+    });
 }
