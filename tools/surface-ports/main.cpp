@@ -30,7 +30,8 @@ constexpr const char* kUsage =
     "each surface in the order of their positions. A mixer is connected to these once. It runs\n"
     "until it is ended.\n\n"
     "  surface-ports           run\n"
-    "  surface-ports --list    show the ports of the running one, and who is connected to them\n";
+    "  surface-ports --list    show the ports of the running one, and who is connected to them\n"
+    "  surface-ports --version print the version\n";
 
 /// Whether no other process of this user has it; it is this one's from now until its end.
 bool BecomeOnlyInstance() {
@@ -176,6 +177,8 @@ int main(int count, char** arguments) {
                    : (std::cerr << "This machine has no sequencer.\n", EXIT_FAILURE);
     if (count == 2 && (argument == "--help" || argument == "-h"))
         return std::cout << kUsage, EXIT_SUCCESS;
+    if (count == 2 && argument == "--version")
+        return std::cout << "surface-ports " SURFACE_PORTS_VERSION "\n", EXIT_SUCCESS;
     std::cerr << kUsage;
     return 2;
 }
