@@ -2,6 +2,9 @@
 
 #include <errno.h>
 
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -48,6 +51,16 @@ void HandleStartMessage(QtMsgType type, const QMessageLogContext&, const QString
     std::_Exit(EXIT_FAILURE);
 }
 
+/// In the toolkit's own words, such as those of a text field's menu. What the program draws itself
+/// is arranged from left to right in every language, so these are, too.
+void SpeakTheUsersLanguage(EventApplication& application) {
+    auto* words = new QTranslator(&application);
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (words->load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"), folder))
+        QApplication::installTranslator(words);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 } // namespace
 
 bool EventApplication::notify(QObject* receiver, QEvent* event) {
@@ -73,6 +86,7 @@ std::unique_ptr<EventApplication> StartToolkit() {
     auto application =
         std::make_unique<EventApplication>(arguments.count, arguments.pointers.data());
     qInstallMessageHandler(usual);
+    SpeakTheUsersLanguage(*application);
     QApplication::setQuitOnLastWindowClosed(false);
     // The toolkit takes the user's locale for everything; numbers in files keep their point.
     std::setlocale(LC_NUMERIC, "C");
