@@ -4,6 +4,7 @@
 #include "XML/ItemNames.h"
 #include "XML/XMLEntityGuard.h"
 
+#include <libxml/hash.h>
 #include <libxml/xmlreader.h>
 
 #include <algorithm>
@@ -58,6 +59,15 @@ void ErrorHandler(void* context, const char*, xmlParserSeverities severity,
     record.severityClass = SeverityClass(severity, record.severityClass);
     if (record.IsSet())
         record.line = static_cast<std::uint32_t>(xmlTextReaderLocatorLineNumber(locator));
+}
+
+/// How many attributes the document's own DTD declares.
+std::size_t DeclaredAttributes(xmlTextReader* reader) {
+    const xmlNode* const node = xmlTextReaderCurrentNode(reader);
+    const xmlDtd* const type = node != nullptr ? node->doc->intSubset : nullptr;
+    if (type == nullptr || type->attributes == nullptr)
+        return 0;
+    return static_cast<std::size_t>(xmlHashSize(static_cast<xmlHashTable*>(type->attributes)));
 }
 
 bool IsText(int nodeType) {
@@ -173,7 +183,10 @@ bool Parser::Advance(int& nodeType, bool stopAtInstructions) {
 
 bool Parser::ReadNode() {
     const EntityGuard::Refusal refusal(fError);
-    return Checked(xmlTextReaderRead(fReader.get())) != 0;
+    const bool isThere = Checked(xmlTextReaderRead(fReader.get())) != 0;
+    if (!fStartTagGuard.TakesNode(DeclaredAttributes(fReader.get())))
+        Fail(kReportedErrorLine);
+    return isThere;
 }
 
 void Parser::KeepInstruction() {

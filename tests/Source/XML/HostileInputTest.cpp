@@ -97,6 +97,36 @@ TEST(HostileInput, EndsAnElementOfTooManyAttributesSoon) {
               "(done)");
 }
 
+TEST(HostileInput, EndsSoonWhereAttributesAreDeclaredOrWrittenInWideUnits) {
+    const auto declared = [](int attributes, int elements) {
+        std::string text = "<!DOCTYPE r [<!ATTLIST x";
+        for (int i = 0; i < attributes; ++i)
+            text += " a" + std::to_string(i) + " CDATA ''";
+        return text + ">]><r>" + Repeated("<x/>", elements) + "</r>";
+    };
+    EXPECT_EQ(FailureOfReading(declared(20, 10'000)), "(done)");
+    EXPECT_EQ(FailureOfReading(declared(4'000, 1'000)), kReportedError);
+    EXPECT_EQ(FailureOfReading(declared(100'000, 1)), kReportedError);
+
+    const auto wide = [](int attributes) {
+        std::string text = "\xFF\xFE";
+        const auto add = [&text](const std::string& ascii) {
+            for (const char c : ascii)
+                text += {c, '\0'};
+        };
+        add("<XSET name='x'><TEXT name='t'>" + std::string(20'000, 't') + "</TEXT><x");
+        for (int i = 0; i < attributes; ++i) {
+            add(" a" + std::to_string(i) + "='");
+            text += "\x3C\x3C'"; // one unit that looks like two "<"
+            text += '\0';
+        }
+        add("/></XSET>");
+        return text;
+    };
+    EXPECT_EQ(FailureOfReading(wide(1'000)), "(done)");
+    EXPECT_EQ(FailureOfReading(wide(100'000)), kReportedError);
+}
+
 int gForeignRequests = 0;
 
 /// Counts what libxml2 is asked to open for the rest of the process.
