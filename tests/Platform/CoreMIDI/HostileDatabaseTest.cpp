@@ -72,7 +72,9 @@ TEST_F(HostileDatabaseTest, EndsWithManyPropertiesOnOneObject) {
 
 TEST_F(HostileDatabaseTest, EndsCreatingWhereTheFileHasRulesOfItsOwn) {
     RunSQL("UPDATE objects SET position=9223372036854775807 WHERE type=1;"
-           "CREATE UNIQUE INDEX single ON objects(type) WHERE type=16");
+           "CREATE UNIQUE INDEX single ON objects(type) WHERE type IN (3,16)");
+    PlugIn(SequencerWith({UnitFacts()}));
+    EXPECT_EQ(MIDIGetNumberOfSources(), 1u) << "nothing of a unit that can't be stored whole";
     AddExternal("First", "", "");
     EXPECT_NE(MIDIExternalDeviceCreate(nullptr, nullptr, nullptr, nullptr), noErr);
     MIDIEntityRef entity = 0;
