@@ -59,8 +59,6 @@ void BindOptional(Statement& statement, int parameter, std::optional<std::int64_
         statement.BindNull(parameter);
 }
 
-} // namespace
-
 void BindValue(Statement& statement, int parameter, const PropertyValue& value) {
     switch (value.Type()) {
     case PropertyValue::Kind::Integer:
@@ -75,6 +73,8 @@ void BindValue(Statement& statement, int parameter, const PropertyValue& value) 
     }
 }
 
+} // namespace
+
 ObjectEditor::ObjectEditor(Database& file, KeyTable& keys, ObjectStore& store)
     : fFile(file)
     , fKeys(keys)
@@ -87,15 +87,20 @@ OSStatus ObjectEditor::SetProperty(StoredObject& object, PropertyKey key, Proper
     if (value.Bytes().size() > kLongestValue ||
         (!present && object.properties.size() >= kMostProperties))
         return kMIDINotPermitted;
-    Statement& write = fFile.Prepared("INSERT INTO properties(object,key,value) VALUES(?,?,?) "
-                                      "ON CONFLICT DO UPDATE SET value=excluded.value");
-    write.BindInteger(1, object.ref);
-    write.BindText(2, fKeys.TextOf(key));
-    BindValue(write, 3, value);
-    const OSStatus status = StatusOf(write.Run());
+    const OSStatus status = WriteProperty(object.ref, key, value);
     if (status == noErr)
         fStore.SetProperty(object, key, std::move(value));
     return status;
+}
+
+OSStatus ObjectEditor::WriteProperty(MIDIObjectRef object, PropertyKey key,
+                                     const PropertyValue& value) {
+    Statement& write = fFile.Prepared("INSERT INTO properties(object,key,value) VALUES(?,?,?) "
+                                      "ON CONFLICT DO UPDATE SET value=excluded.value");
+    write.BindInteger(1, object);
+    write.BindText(2, fKeys.TextOf(key));
+    BindValue(write, 3, value);
+    return StatusOf(write.Run());
 }
 
 OSStatus ObjectEditor::RemoveProperty(StoredObject& object, PropertyKey key) {
@@ -124,26 +129,19 @@ OSStatus ObjectEditor::SetUniqueID(StoredObject& object, MIDIUniqueID uniqueID) 
     return status;
 }
 
-OSStatus ObjectEditor::InsertRow(StoredObject& object) {
+OSStatus ObjectEditor::InsertRow(const StoredObject& object) {
+    const auto idOrNone = [](MIDIObjectRef ref) {
+        return ref ? std::optional<std::int64_t>(ref) : std::nullopt;
+    };
     Statement& write = fFile.Prepared(
-        "INSERT INTO objects(type,owner,position,unique_id,pending_since) VALUES(?,?,?,?,?)");
-    write.BindInteger(1, object.type);
-    BindOptional(write, 2,
-                 object.ownerRef ? std::optional<std::int64_t>(object.ownerRef) : std::nullopt);
-    write.BindInteger(3, object.position);
-    BindOptional(write, 5, object.pendingSince);
-    OSStatus status = kMIDIIDNotUnique;
-    // A file with rules of its own may refuse every ID.
-    for (int tries = 0; tries < kMostTries && status == kMIDIIDNotUnique; ++tries) {
-        object.uniqueID = RandomUniqueID();
-        write.BindInteger(4, object.uniqueID);
-        status = StatusOf(write.Run());
-    }
-    const std::int64_t row = sqlite3_last_insert_rowid(fFile.Connection());
-    if (status == noErr && !std::in_range<MIDIObjectRef>(row))
-        return kMIDIUnknownError;
-    object.ref = static_cast<MIDIObjectRef>(row);
-    return status;
+        "INSERT INTO objects(id,type,owner,position,unique_id,pending_since) VALUES(?,?,?,?,?,?)");
+    BindOptional(write, 1, idOrNone(object.ref));
+    write.BindInteger(2, object.type);
+    BindOptional(write, 3, idOrNone(object.ownerRef));
+    write.BindInteger(4, object.position);
+    write.BindInteger(5, object.uniqueID);
+    BindOptional(write, 6, object.pendingSince);
+    return StatusOf(write.Run());
 }
 
 StoredObject* ObjectEditor::Create(MIDIObjectType type, StoredObject* owner, OSStatus& status) {
@@ -153,7 +151,16 @@ StoredObject* ObjectEditor::Create(MIDIObjectType type, StoredObject* owner, OSS
         object->ownerRef = owner->ref;
         object->position = NextPosition(*owner);
     }
-    status = InsertRow(*object);
+    status = kMIDIIDNotUnique;
+    // A file with rules of its own may refuse every ID.
+    for (int tries = 0; tries < kMostTries && status == kMIDIIDNotUnique; ++tries) {
+        object->uniqueID = RandomUniqueID();
+        status = InsertRow(*object);
+    }
+    const std::int64_t row = sqlite3_last_insert_rowid(fFile.Connection());
+    if (status == noErr && !std::in_range<MIDIObjectRef>(row))
+        status = kMIDIUnknownError;
+    object->ref = static_cast<MIDIObjectRef>(row);
     return status == noErr ? fStore.Add(std::move(object)) : nullptr;
 }
 
@@ -177,19 +184,23 @@ OSStatus ObjectEditor::SetPending(StoredObject& object, std::optional<std::int64
 }
 
 OSStatus ObjectEditor::SetHardware(StoredObject& object, HardwareRecord record) {
+    const OSStatus status = WriteHardware(object.ref, record);
+    if (status == noErr)
+        object.hardware = std::make_unique<HardwareRecord>(std::move(record));
+    return status;
+}
+
+OSStatus ObjectEditor::WriteHardware(MIDIObjectRef object, const HardwareRecord& record) {
     Statement& write = fFile.Prepared(
         "INSERT OR REPLACE INTO hardware(object,kind,serial,place,manufacturer,name) "
         "VALUES(?,?,?,?,?,?)");
-    write.BindInteger(1, object.ref);
+    write.BindInteger(1, object);
     write.BindText(2, record.kind);
     write.BindText(3, record.serial);
     write.BindText(4, record.place);
     write.BindText(5, record.manufacturer);
     write.BindText(6, record.name);
-    const OSStatus status = StatusOf(write.Run());
-    if (status == noErr)
-        object.hardware = std::make_unique<HardwareRecord>(std::move(record));
-    return status;
+    return StatusOf(write.Run());
 }
 
 Transaction::Transaction(Database& file)

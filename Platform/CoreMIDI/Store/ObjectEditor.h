@@ -31,9 +31,14 @@ public:
     OSStatus SetPending(StoredObject& object, std::optional<std::int64_t> since);
     OSStatus SetHardware(StoredObject& object, HardwareRecord record);
 
-private:
-    OSStatus InsertRow(StoredObject& object);
+    // Rows of the file alone
 
+    /// Of an object without properties. Its reference is its own or, where it has none, a new one.
+    OSStatus InsertRow(const StoredObject& object);
+    OSStatus WriteProperty(MIDIObjectRef object, PropertyKey key, const PropertyValue& value);
+    OSStatus WriteHardware(MIDIObjectRef object, const HardwareRecord& record);
+
+private:
     Database& fFile;
     KeyTable& fKeys;
     ObjectStore& fStore;
@@ -59,8 +64,6 @@ private:
     OSStatus fStatus;
     bool fIsOpen;
 };
-
-void BindValue(Statement& statement, int parameter, const PropertyValue& value);
 
 /// The status that answers for SQLite's code.
 OSStatus StatusOf(int code);

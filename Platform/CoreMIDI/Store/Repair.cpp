@@ -173,86 +173,40 @@ OSStatus CheckNeed(const std::filesystem::path& path) {
     return isDamaged ? OSStatus(noErr) : OSStatus(kMIDINotPermitted);
 }
 
+/// Writes an object with all that it owns.
+OSStatus Write(const StoredObject& object, ObjectEditor& editor, KestrinMIDIRepairCounts& counts) {
+    OSStatus status = editor.InsertRow(object);
+    ++counts.objects;
+    for (const StoredProperty& property : object.properties) {
+        if (status != noErr)
+            return status;
+        status = editor.WriteProperty(object.ref, property.key, property.value);
+        ++counts.properties;
+    }
+    if (status == noErr && object.hardware)
+        status = editor.WriteHardware(object.ref, *object.hardware);
+    for (const StoredObject* const child : object.children) {
+        if (status == noErr)
+            status = Write(*child, editor, counts);
+    }
+    return status;
+}
+
 /// Writes the salvaged objects, with their references and unique IDs, into a new file.
-class SalvageWriter {
-public:
-    SalvageWriter(sqlite3* connection, const KeyTable& keys)
-        : fKeys(keys)
-        , fObject(connection, "INSERT INTO objects VALUES(?,?,?,?,?,?)")
-        , fProperty(connection, "INSERT INTO properties VALUES(?,?,?)")
-        , fHardware(connection, "INSERT INTO hardware VALUES(?,?,?,?,?,?)") {}
-
-    int Write(const StoredObject& object, KestrinMIDIRepairCounts& counts) {
-        int code = WriteObject(object);
-        ++counts.objects;
-        for (const StoredProperty& property : object.properties) {
-            if (code != SQLITE_OK)
-                return code;
-            code = WriteProperty(object, property);
-            ++counts.properties;
-        }
-        if (code == SQLITE_OK && object.hardware)
-            code = WriteHardware(object);
-        for (const StoredObject* const child : object.children) {
-            if (code == SQLITE_OK)
-                code = Write(*child, counts);
-        }
-        return code;
-    }
-
-private:
-    int WriteObject(const StoredObject& object) {
-        fObject.BindInteger(1, object.ref);
-        fObject.BindInteger(2, object.type);
-        if (object.ownerRef)
-            fObject.BindInteger(3, object.ownerRef);
-        else
-            fObject.BindNull(3);
-        fObject.BindInteger(4, object.position);
-        fObject.BindInteger(5, object.uniqueID);
-        if (object.pendingSince)
-            fObject.BindInteger(6, *object.pendingSince);
-        else
-            fObject.BindNull(6);
-        return fObject.Run();
-    }
-
-    int WriteProperty(const StoredObject& object, const StoredProperty& property) {
-        fProperty.BindInteger(1, object.ref);
-        fProperty.BindText(2, fKeys.TextOf(property.key));
-        BindValue(fProperty, 3, property.value);
-        return fProperty.Run();
-    }
-
-    int WriteHardware(const StoredObject& object) {
-        fHardware.BindInteger(1, object.ref);
-        fHardware.BindText(2, object.hardware->kind);
-        fHardware.BindText(3, object.hardware->serial);
-        fHardware.BindText(4, object.hardware->place);
-        fHardware.BindText(5, object.hardware->manufacturer);
-        fHardware.BindText(6, object.hardware->name);
-        return fHardware.Run();
-    }
-
-    const KeyTable& fKeys;
-    Statement fObject;
-    Statement fProperty;
-    Statement fHardware;
-};
-
-int WriteAll(sqlite3* connection, const KeyTable& keys, const ObjectStore& store,
-             KestrinMIDIRepairCounts& counts) {
-    SalvageWriter writer(connection, keys);
-    int code = Execute(connection, "BEGIN IMMEDIATE");
+OSStatus WriteAll(Database& file, KeyTable& keys, ObjectStore& store,
+                  KestrinMIDIRepairCounts& counts) {
+    Transaction transaction(file);
+    ObjectEditor editor(file, keys, store);
+    OSStatus status = transaction.Status();
     for (const ObjectStore::List* const roots :
          {&store.Devices(), &store.ExternalDevices(), &store.PendingDevices(),
           &store.VirtualEndpoints()}) {
         for (const StoredObject* const root : *roots) {
-            if (code == SQLITE_OK)
-                code = writer.Write(*root, counts);
+            if (status == noErr)
+                status = Write(*root, editor, counts);
         }
     }
-    return code == SQLITE_OK ? Execute(connection, "COMMIT") : code;
+    return status == noErr ? transaction.Commit() : status;
 }
 
 /// Saves what can be read of the damaged file into a new one.
@@ -268,8 +222,8 @@ OSStatus Salvage(sqlite3* damaged, const std::filesystem::path& fresh,
     const std::unique_ptr<Database> saved = Database::Open(fresh, problem);
     if (!saved)
         return kKestrinMIDIErrDisk;
-    if (const int code = WriteAll(saved->Connection(), keys, store, counts); code != SQLITE_OK)
-        return StatusOf(code);
+    if (const OSStatus status = WriteAll(*saved, keys, store, counts); status != noErr)
+        return status;
     saved->CloseCleanly();
     return IsFilled(With(fresh, "-wal")) ? OSStatus(kKestrinMIDIErrDisk) : OSStatus(noErr);
 }
