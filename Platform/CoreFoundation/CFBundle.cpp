@@ -35,7 +35,7 @@ std::string FileNameOf(CFStringRef name, CFStringRef type) {
 }
 
 CFURLRef URLOf(const fs::path& path) {
-    return MakeURL(path.lexically_normal().string(), false);
+    return MakeURL(path.lexically_normal().string());
 }
 
 struct BundleObject final : CFObject {
@@ -63,24 +63,12 @@ private:
     fs::path fFolder;
 };
 
-CFBundleRef MakeBundle(const fs::path& folder) {
-    return ReferenceTo<CFBundleRef>(new BundleObject(folder));
-}
-
 } // namespace
 
 CFBundleRef CFBundleGetMainBundle() {
     return OrNothing([] {
-        static const CFHolder<CFBundleRef> bundle(MakeBundle(ProgramFolder()));
+        static const CFHolder bundle(ReferenceTo<CFBundleRef>(new BundleObject(ProgramFolder())));
         return bundle.Get();
-    });
-}
-
-CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef folder) {
-    return OrNothing([folder] {
-        const std::string& path = PathOf(folder);
-        std::error_code error;
-        return fs::is_directory(path, error) ? MakeBundle(path) : nullptr;
     });
 }
 

@@ -22,25 +22,25 @@ std::string WithoutSlashAtEnd(std::string path) {
 } // namespace
 
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex count,
-                                                 Boolean isDirectory) {
+                                                 Boolean) {
     return OrNothing([=]() -> CFURLRef {
         const std::string bytes(path, path + count);
         if (bytes.empty() || bytes.find('\0') != std::string::npos)
             return nullptr;
         std::error_code error;
         const std::filesystem::path absolute = std::filesystem::absolute(bytes, error);
-        return error ? nullptr : MakeURL(WithoutSlashAtEnd(absolute.string()), isDirectory != 0);
+        return error ? nullptr : MakeURL(WithoutSlashAtEnd(absolute.string()));
     });
 }
 
 CFURLRef CFURLCreateCopyAppendingPathComponent(CFAllocatorRef, CFURLRef url, CFStringRef component,
-                                               Boolean isDirectory) {
+                                               Boolean) {
     return OrNothing([=]() -> CFURLRef {
         const std::string name = FileNameOf(component);
         if (!IsName(name))
             return nullptr;
         const std::string separator = PathOf(url).ends_with('/') ? "" : "/";
-        return MakeURL(PathOf(url) + separator + name, isDirectory != 0);
+        return MakeURL(PathOf(url) + separator + name);
     });
 }
 
@@ -56,8 +56,4 @@ Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean, UInt8* buffer, C
         return false;
     std::memcpy(buffer, path.c_str(), path.size() + 1);
     return true;
-}
-
-Boolean CFURLHasDirectoryPath(CFURLRef url) {
-    return ObjectOf<URLObject>(url).IsFolder();
 }

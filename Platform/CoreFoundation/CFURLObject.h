@@ -11,25 +11,22 @@ namespace KestrinMIDI {
 
 struct URLObject final : CFObject {
     /// `path` is absolute.
-    URLObject(std::string path, bool isFolder)
-        : fPath(std::move(path))
-        , fIsFolder(isFolder) {}
+    explicit URLObject(std::string path)
+        : fPath(std::move(path)) {}
 
     const std::string& Path() const { return fPath; }
-    bool IsFolder() const { return fIsFolder; }
 
     bool Equals(const CFObject& other) const override {
         const auto* url = dynamic_cast<const URLObject*>(&other);
-        return url && url->fPath == fPath && url->fIsFolder == fIsFolder;
+        return url && url->fPath == fPath;
     }
 
 private:
     std::string fPath;
-    bool fIsFolder;
 };
 
-inline CFURLRef MakeURL(std::string absolutePath, bool isFolder) {
-    return ReferenceTo<CFURLRef>(new URLObject(std::move(absolutePath), isFolder));
+inline CFURLRef MakeURL(std::string absolutePath) {
+    return ReferenceTo<CFURLRef>(new URLObject(std::move(absolutePath)));
 }
 
 inline const std::string& PathOf(CFURLRef url) {

@@ -14,9 +14,6 @@ typedef const struct CFBundle* CFBundleRef;
 /// The bundle of the folder that the running program stands in. Not owned by the caller.
 CFBundleRef CFBundleGetMainBundle(void);
 
-/// The bundle of a folder, owned by the caller. Null when there is no such folder.
-CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef folder);
-
 /// The URL, owned by the caller, of the resource of that name and type (its extension; null or
 /// empty for none), or null. `subFolder`, where not null, is the folder among the resources to look
 /// in.

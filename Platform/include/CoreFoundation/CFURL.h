@@ -15,8 +15,8 @@ typedef const struct CFURL* CFURLRef;
 enum { kCFURLPOSIXPathStyle = 0 };
 typedef CFIndex CFURLPathStyle;
 
-/// The URL of a path of `count` bytes; a relative one starts from the current folder. Null for the
-/// empty path and for one with a 0 byte.
+/// The URL of a path of `count` bytes, of a folder or of a file; a relative one starts from the
+/// current folder. Null for the empty path and for one with a 0 byte.
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const UInt8* path,
                                                  CFIndex count, Boolean isDirectory);
 
@@ -32,8 +32,5 @@ CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style);
 /// path is absolute whatever `resolveAgainstBase` says.
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, UInt8* buffer,
                                          CFIndex capacity);
-
-/// Whether the URL was made as that of a folder.
-Boolean CFURLHasDirectoryPath(CFURLRef url);
 
 CF_EXTERN_C_END
