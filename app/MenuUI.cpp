@@ -25,6 +25,7 @@ MenuUI::MenuUI(Handler* handler, const UString& caption)
     SetDimensions(kWidth, kHeight);
     SetupFont(kControlFont, kFontSize, kWhite);
     fCaptionWidth = StringWidth(caption);
+    SetAccessiblePopUp(caption, *this);
 }
 
 Rect MenuUI::FrameRect() const {
@@ -95,6 +96,6 @@ void MenuUI::ItemSelected(DynamicMenu*, unsigned short item, unsigned int) {
 }
 
 void MenuUI::ShowCurrentItem() {
-    SetAccessibleValue(GetCurrentItemStr());
+    TellAccessibleValueChanged();
     Inval();
 }

@@ -30,7 +30,7 @@ void NumericEditBox::Init(View* parent, const Point& where, float width, int min
     PlaceInView(parent, where);
     SetDimensions(width, kHeight);
     SetUpField();
-    fField->SetAccessibility(AccessibleRole::kTextField, name);
+    fField->SetAccessibleNumberField(name, minimum, maximum);
     ShowHide(true);
     Inval();
 }

@@ -60,8 +60,11 @@ void NativeMenu::RemoveItem(int index) {
     fData->items.erase(fData->items.begin() + index);
 }
 
-bool NativeMenu::AutoenablesItems() const {
-    return fData->autoenablesItems;
+bool NativeMenu::IsItemEnabled(int index) const {
+    const NativeMenuItem& item = ItemAt(index);
+    return fData->autoenablesItems && item.Target() != nullptr
+               ? item.Target()->ValidateMenuItem(item)
+               : item.IsEnabled();
 }
 
 void NativeMenu::SetAutoenablesItems(bool automatic) {
@@ -74,6 +77,10 @@ void NativeMenu::PopUp(const NativeView& view, CGPoint where, int item) {
         TrackPopUp(*this, view, where, item, fData->shown);
     if (const auto sender = chosen.lock(); sender && sender->Target() != nullptr)
         sender->Target()->DoMenu(*sender);
+}
+
+QMenu* OpenWidgetOf(const NativeMenu& menu) {
+    return menu.GetData().shown.fWidget;
 }
 
 } // namespace Kestrin

@@ -1,5 +1,6 @@
 #include "Platform/UI/NativeView.h"
 
+#include "Platform/Qt/QtFieldWidget.h"
 #include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtText.h"
 #include "Platform/Qt/QtWidgets.h"
@@ -114,7 +115,12 @@ void NativeView::MakeFirstResponder() {
     if (!window)
         return;
     const QtEventTarget::Running running;
+    QWidget* const before = window->focusWidget();
     fData->widget->setFocus(Qt::MouseFocusReason);
+    // In a window that is not active, the field that had the focus hears nothing of its loss.
+    auto* const left = dynamic_cast<QtFieldWidget*>(before);
+    if (left && left != window->focusWidget())
+        left->EndEditing();
     window->NoteFirstResponder();
 }
 
@@ -147,12 +153,12 @@ CGPoint NativeView::FromScreen(const CGPoint& point) const {
 
 // Accessibility
 
-void NativeView::SetAccessibility(AccessibleRole role, const std::string& name) {
-    fData->widget->SetAccessibility(role, ToQString(name));
+void NativeView::SetAccessibility(AccessibleDescription description) {
+    fData->widget->SetAccessibility(std::move(description));
 }
 
-void NativeView::SetAccessibleValue(const std::string& value) {
-    fData->widget->SetAccessibleValue(ToQString(value));
+void NativeView::TellAccessibleValueChanged() {
+    TellAccessibleValueOf(*fData->widget);
 }
 
 QWidget* WidgetOf(const NativeView& view) {

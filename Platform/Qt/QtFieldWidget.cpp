@@ -50,6 +50,7 @@ QtFieldWidget::QtFieldWidget(QWidget* parent, NativeTextFieldClient* client)
     setFrame(false);
     setMaxLength(std::numeric_limits<int>::max());
     setValidator(new EditJudge(this));
+    connect(this, &QLineEdit::textChanged, this, [this] { TellAccessibleValueOf(*this); });
     // Focus can move while the window is inactive; no event of the widget's own tells so.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         const QtEventTarget::Running running;
@@ -135,6 +136,36 @@ void QtFieldWidget::EndEditing() {
         return;
     fEditing = false;
     fClient->HandleFieldEditingEnded();
+}
+
+void QtFieldWidget::Replace(int start, int end, const QString& text) {
+    setFocus();
+    // In a window that is not active the focus comes without an event.
+    BeginEditing();
+    setSelection(start, end - start);
+    insert(text);
+}
+
+template <typename Change>
+void QtFieldWidget::EditAtOnce(Change change) {
+    const bool goesOn = fEditing;
+    BeginEditing();
+    change();
+    if (!goesOn)
+        EndEditing();
+}
+
+void QtFieldWidget::Enter(const QString& text) {
+    EditAtOnce([&] {
+        selectAll();
+        insert(text);
+    });
+}
+
+void QtFieldWidget::PressKey(NativeFunctionKey key) {
+    NativeKeyEvent event;
+    event.charactersIgnoringModifiers = key;
+    EditAtOnce([&] { LetsThrough(event); });
 }
 
 QtFieldHolder::QtFieldHolder(QWidget* parent, NativeTextFieldClient* client)

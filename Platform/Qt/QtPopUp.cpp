@@ -8,6 +8,7 @@
 #include "Platform/UI/NativeApplication.h"
 #include "Platform/UI/NativeMenu.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
@@ -52,7 +53,7 @@ public:
         : QMenu(parent) {
         setStyle(&fStyle);
         for (int i = 0; i < menu.NumberOfItems(); ++i)
-            Add(menu.ItemAt(i), menu.AutoenablesItems());
+            Add(menu.ItemAt(i), menu.IsItemEnabled(i));
         setMinimumWidth(std::max(0, width));
         ElideLongTexts(std::max(width, kWidestList));
     }
@@ -90,7 +91,7 @@ protected:
     }
 
 private:
-    void Add(const NativeMenuItem& item, bool autoenables) {
+    void Add(const NativeMenuItem& item, bool enabled) {
         fTitles << ToQString(item.Title());
         QAction* action = addAction(QString());
         action->setMenuRole(QAction::NoRole);
@@ -98,9 +99,7 @@ private:
         // The toolkit draws an empty box beside a checkable item that is not checked.
         action->setCheckable(item.IsOn());
         action->setChecked(item.IsOn());
-        action->setEnabled(autoenables && item.Target() != nullptr
-                               ? item.Target()->ValidateMenuItem(item)
-                               : item.IsEnabled());
+        action->setEnabled(enabled);
         if (item.Submenu() != nullptr)
             action->setMenu(new PopUpWidget(*item.Submenu(), this, 0));
     }
@@ -147,6 +146,14 @@ private:
     TypeAhead fTypeAhead;
 };
 
+/// To assistive technologies the focus was in the menu. The widget may be gone.
+void TellFocus(QWidget* widget) {
+    if (widget == nullptr || !widget->hasFocus())
+        return;
+    QAccessibleEvent event(widget, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+}
+
 } // namespace
 
 OpenPopUp::~OpenPopUp() {
@@ -159,7 +166,7 @@ WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int
     WeakItem chosen;
     if (NativeApplication::Shared().IsTerminating())
         return chosen;
-    QWidget* parent = WidgetOf(view);
+    const QPointer<QWidget> parent = WidgetOf(view);
     // It covers the control that it opened over, to its right edge.
     const QPointer<PopUpWidget> widget =
         new PopUpWidget(menu, parent, parent->width() - static_cast<int>(where.x));
@@ -170,6 +177,7 @@ WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int
     if (widget && action != nullptr)
         chosen = action->data().value<WeakItem>();
     delete widget.data();
+    TellFocus(parent);
     RethrowEventFailure();
     return chosen;
 }

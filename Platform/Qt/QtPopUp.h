@@ -18,11 +18,15 @@ public:
     ~OpenPopUp();
 
 private:
+    friend QMenu* OpenWidgetOf(const NativeMenu&);
     friend std::weak_ptr<const NativeMenuItem> TrackPopUp(NativeMenu&, const NativeView&, CGPoint,
                                                           int, OpenPopUp&);
 
     QPointer<QMenu> fWidget;
 };
+
+/// The widget that shows the menu now; null for none.
+QMenu* OpenWidgetOf(const NativeMenu& menu);
 
 /// Shows the menu as NativeMenu::PopUp says and returns the item that was chosen, if any and if it
 /// still exists. `shown` is the menu's own.

@@ -1,9 +1,9 @@
 #include "Platform/Qt/QtEvents.h"
 #include "Platform/Qt/QtGeometry.h"
 #include "Platform/Qt/QtGraphics.h"
+#include "Platform/Qt/QtText.h"
 #include "Platform/Qt/QtWidgets.h"
 
-#include <QAccessible>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -37,7 +37,7 @@ bool IsTab(const QKeyEvent& event) {
 QtView::QtView(NativeViewClient& client)
     : QtEventTarget(nullptr)
     , fClient(&client) {
-    InstallViewAccessibility();
+    InstallAccessibility();
     setMouseTracking(true);
 }
 
@@ -254,20 +254,25 @@ void QtView::SetFirstResponder(bool first) {
 
 // Accessibility
 
-void QtView::SetAccessibility(AccessibleRole role, const QString& name) {
+void QtView::SetAccessibility(AccessibleDescription description) {
+    fAccessibility = std::move(description);
     // A text field inside the view is what a person meets in its place.
-    if (QWidget* const field = focusProxy()) {
-        field->setAccessibleName(name);
-        return;
-    }
-    fRole = role;
-    setAccessibleName(name);
+    QWidget* const met = focusProxy() ? focusProxy() : this;
+    met->setAccessibleName(ToQString(fAccessibility.name));
 }
 
-void QtView::SetAccessibleValue(const QString& value) {
-    fValue = value;
-    QAccessibleValueChangeEvent event(this, value);
-    QAccessible::updateAccessibility(&event);
+void QtView::PressSoon(std::function<void(NativeViewClient&)> handle) {
+    QMetaObject::invokeMethod(
+        this,
+        [this, handle = std::move(handle)] {
+            if (!fClient)
+                return;
+            fPressed = true;
+            sPressed = this;
+            handle(*fClient);
+            fPressed = false;
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace Kestrin

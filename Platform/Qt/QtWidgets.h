@@ -6,6 +6,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 
 namespace Kestrin {
 
@@ -84,10 +85,11 @@ public:
 
     // Accessibility
 
-    void SetAccessibility(AccessibleRole role, const QString& name);
-    void SetAccessibleValue(const QString& value);
-    AccessibleRole GetAccessibleRole() const { return fRole; }
-    const QString& AccessibleValue() const { return fValue; }
+    void SetAccessibility(AccessibleDescription description);
+    const AccessibleDescription& Accessibility() const { return fAccessibility; }
+    /// Has the client handle an assistive technology's press as soon as the event loop turns: what
+    /// the press opens would keep the assistive technology waiting for its answer.
+    void PressSoon(std::function<void(NativeViewClient&)> handle);
 
 protected:
     bool HandleEvent(QEvent& event) override;
@@ -115,8 +117,7 @@ private:
     QPointer<QWidget> fSuperview;
     CGRect fFrame{};
     QPointF fFraction;
-    AccessibleRole fRole = AccessibleRole::kNone;
-    QString fValue;
+    AccessibleDescription fAccessibility;
     bool fHidden = false;
     bool fEnabled = true;
     bool fTabStop = false;
@@ -153,8 +154,11 @@ private:
     bool fShown = false;
 };
 
-/// Makes views known to assistive technologies. Once per process.
-void InstallViewAccessibility();
+/// Makes views and text fields known to assistive technologies. Once per process.
+void InstallAccessibility();
+
+/// Tells assistive technologies that the value of a view or text field is another one.
+void TellAccessibleValueOf(QWidget& widget);
 
 /// The QtWindow that a widget stands in; null for none.
 QtWindow* WindowOf(const QWidget& widget);

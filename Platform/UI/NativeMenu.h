@@ -93,8 +93,10 @@ public:
     void RemoveItem(int index);
 
     /// Whether targets decide which items are enabled (so at first) or the items do.
-    bool AutoenablesItems() const;
     void SetAutoenablesItems(bool automatic);
+
+    /// Whether the item can be chosen now.
+    bool IsItemEnabled(int index) const;
 
     // Tracking
 
@@ -105,8 +107,11 @@ public:
     /// nothing is chosen.
     void PopUp(const NativeView& view, CGPoint where, int item);
 
-private:
+    /// For the platform's own files.
     struct Data;
+    Data& GetData() const { return *fData; }
+
+private:
     std::unique_ptr<Data> fData;
 };
 

@@ -10,6 +10,9 @@ class CGContext;
 
 namespace Kestrin {
 
+class NativeMenu;
+class NativeMenuItem;
+
 /// What assistive technologies are told that a view is.
 enum class AccessibleRole {
     kNone, ///< a part of the layout, of no interest by itself
@@ -17,7 +20,19 @@ enum class AccessibleRole {
     kPopUpButton,
     kStaticText,
     kTextField,
+    kNumberField, ///< a text field for a whole number
     kGroup,
+};
+
+/// All that assistive technologies are told about a view.
+struct AccessibleDescription {
+    AccessibleRole role = AccessibleRole::kNone;
+    std::string name; ///< UTF-8
+    /// What a kNumberField takes.
+    int minimum = 0;
+    int maximum = 0;
+    /// The items of a kPopUpButton; the text of the one that is on is the view's value.
+    std::shared_ptr<const NativeMenu> menu = nullptr;
 };
 
 /// What happens to a native view, told to the framework. All points are in the view's own
@@ -36,7 +51,8 @@ public:
 
     /// The press of the last HandleMouseDown has no release to come: a modal window opened, the
     /// view was hidden or removed, or something else took the release. Comes inside HandleMouseDown
-    /// where it happens there.
+    /// where it happens there, and inside an assistive technology's press or choice where a modal
+    /// window opens there.
     virtual void HandlePressLost() = 0;
 
     /// The pointer moved over the view with no button down.
@@ -57,8 +73,11 @@ public:
     /// window, an open menu or an alert does not change the first responder.
     virtual void HandleFirstResponderChanged(bool isFirstResponder) = 0;
 
-    /// An assistive technology pressed the view.
+    /// An assistive technology pressed the view. It is not kept waiting meanwhile.
     virtual void HandleAccessibilityPress() = 0;
+
+    /// The same with an item of the described menu, whether that is open or not; it is closed now.
+    virtual void HandleAccessibilityChoice(const NativeMenuItem& item) = 0;
 
     /// Draw into `context`, whose origin is the view's top left corner, y down, clipped to what
     /// needs drawing. The context lives only for the call.
@@ -133,10 +152,12 @@ public:
     CGPoint ToScreen(const CGPoint& point) const;
     CGPoint FromScreen(const CGPoint& point) const;
 
-    // Accessibility, UTF-8
+    // Accessibility
 
-    void SetAccessibility(AccessibleRole role, const std::string& name);
-    void SetAccessibleValue(const std::string& value);
+    /// A text field inside the view is described by it in its place.
+    void SetAccessibility(AccessibleDescription description);
+    /// Tells assistive technologies that another item of the described menu is on.
+    void TellAccessibleValueChanged();
 
     /// For the platform's own files.
     Data& GetData() const { return *fData; }

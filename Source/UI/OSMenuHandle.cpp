@@ -104,6 +104,10 @@ short OSMenuHandle::GetMenuID() const {
     return (*fMenu)->GetID();
 }
 
+std::shared_ptr<const NativeMenu> OSMenuHandle::GetNativeMenu() const {
+    return *fMenu;
+}
+
 short OSMenuHandle::NumMenuItems() const {
     return static_cast<short>((*fMenu)->NumberOfItems());
 }

@@ -62,6 +62,8 @@ public:
 
     bool IsEmpty() const;
     short GetMenuID() const;
+    /// The platform menu itself; null for an empty handle.
+    std::shared_ptr<const NativeMenu> GetNativeMenu() const;
 
     // Items
 

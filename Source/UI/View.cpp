@@ -1,6 +1,7 @@
 #include "UI/View.h"
 
 #include "UI/DrawingContext.h"
+#include "UI/DynamicMenu.h"
 #include "UI/Internal/NativeGeometry.h"
 #include "UI/Internal/TextHandOver.h"
 #include "UI/Internal/ViewBridge.h"
@@ -113,11 +114,22 @@ void View::SetTabStop(bool tabStop) {
 }
 
 void View::SetAccessibility(AccessibleRole role, const UString& name) {
-    BridgeOf(*this).Native().SetAccessibility(role, name.utf8_str());
+    BridgeOf(*this).Native().SetAccessibility({role, name.utf8_str()});
 }
 
-void View::SetAccessibleValue(const UString& value) {
-    BridgeOf(*this).Native().SetAccessibleValue(value.utf8_str());
+void View::SetAccessibleNumberField(const UString& name, int minimum, int maximum) {
+    BridgeOf(*this).Native().SetAccessibility(
+        {AccessibleRole::kNumberField, name.utf8_str(), minimum, maximum});
+}
+
+void View::SetAccessiblePopUp(const UString& name, DynamicMenu& menu) {
+    BridgeOf(*this).SetMenu(&menu);
+    BridgeOf(*this).Native().SetAccessibility(
+        {AccessibleRole::kPopUpButton, name.utf8_str(), 0, 0, menu.GetMenu().GetNativeMenu()});
+}
+
+void View::TellAccessibleValueChanged() {
+    BridgeOf(*this).Native().TellAccessibleValueChanged();
 }
 
 // Geometry

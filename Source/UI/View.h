@@ -14,6 +14,7 @@
 namespace Kestrin {
 
 class DrawingContext;
+class DynamicMenu;
 struct Pasteboard;
 class ViewBridge;
 class WindowData;
@@ -131,7 +132,12 @@ public:
     void SetTabStop(bool tabStop);
     bool HasKeyFocus() const;
     void SetAccessibility(AccessibleRole role, const UString& name);
-    void SetAccessibleValue(const UString& value);
+    void SetAccessibleNumberField(const UString& name, int minimum, int maximum);
+    /// A pop-up button with the items of the menu, whose current item is its value. The menu is not
+    /// owned and lives as long as the view can be seen.
+    void SetAccessiblePopUp(const UString& name, DynamicMenu& menu);
+    /// To be called when that menu has another current item.
+    void TellAccessibleValueChanged();
 
     /// From 0 (nothing is seen) to 1; multiplied with that of all parents.
     void SetOpacity(float opacity);

@@ -65,6 +65,7 @@ ChoiceBox::ChoiceBox(std::initializer_list<const char*> choices, float width)
         fMenu.AppendItem(UString(choice, UString::kUTF8), 0);
     fMenu.SetCurrentItem(1);
     fMenu.AddListener(this);
+    SetAccessiblePopUp("Choice"_u, fMenu);
 }
 
 void ChoiceBox::DrawControl(DrawingContext& context) {
@@ -102,5 +103,6 @@ void ChoiceBox::Act() {
 
 void ChoiceBox::ItemSelected(Kestrin::DynamicMenu* menu, unsigned short item, unsigned int) {
     menu->SetCurrentItem(item);
+    TellAccessibleValueChanged();
     Inval();
 }

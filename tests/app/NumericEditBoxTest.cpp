@@ -65,7 +65,7 @@ TEST(NumericEditBoxInAWindow, ShowsTheNumberThatItAcceptedAndTakesNoOthers) {
             NativeInput::Type(root, keys);
             NativeInput::Click(root, {40, 12});
             EXPECT_EQ(NativeInput::SpokenOfFocus(root),
-                      std::string("EditableText|Group|") + shown + "|focused");
+                      std::string("SpinBox|Group|") + shown + "|focused");
         }
         NativeInput::DropText(root, {40, 12}, "4x");
         EXPECT_EQ(box.Get(), 0);

@@ -5,6 +5,7 @@
 
 #include "Platform/Qt/QtText.h"
 #include "Platform/Qt/QtView.h"
+#include "Platform/UI/NativeApplication.h"
 #include "Platform/UI/NativeView.h"
 
 #include <QAccessible>
@@ -14,6 +15,7 @@
 #include <QImage>
 #include <QMetaEnum>
 #include <QMimeData>
+#include <QPalette>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -125,9 +127,10 @@ void RunModalWindow() {
     dialog.exec();
 }
 
-bool PressByScreenReader(const View& view) {
+bool PressByScreenReader(const View& view, int item) {
+    QAccessibleInterface* const whole = QAccessible::queryAccessibleInterface(&WidgetOf(view));
     QAccessibleActionInterface* actions =
-        QAccessible::queryAccessibleInterface(&WidgetOf(view))->actionInterface();
+        (item < 0 ? whole : whole->child(item))->actionInterface();
     const QString press = QAccessibleActionInterface::pressAction();
     const bool isOffered = actions && actions->actionNames().contains(press);
     if (isOffered)
@@ -143,6 +146,31 @@ std::string SpokenOfFocus(const View& anyView) {
     const QStringList words{role, spoken->text(QAccessible::Name), spoken->text(QAccessible::Value),
                             spoken->state().focused ? "focused" : "not focused"};
     return Kestrin::ToUtf8(words.join('|'));
+}
+
+std::vector<DesktopText> TextsOfTheDesktop() {
+    Kestrin::NativeApplication::Shared();
+    const auto color = [](QPalette::ColorRole role) {
+        const QColor of = QApplication::palette().color(role);
+        return Kestrin::RGBAColor{of.redF(), of.greenF(), of.blueF(), 1};
+    };
+    const auto pair = [&](const char* name, QPalette::ColorRole text, QPalette::ColorRole ground) {
+        return DesktopText{name, color(text), color(ground)};
+    };
+    return {pair("alert", QPalette::WindowText, QPalette::Window),
+            pair("button of an alert", QPalette::ButtonText, QPalette::Button),
+            pair("list", QPalette::Text, QPalette::Base),
+            pair("tool tip", QPalette::ToolTipText, QPalette::ToolTipBase),
+            pair("marked", QPalette::HighlightedText, QPalette::Highlight)};
+}
+
+void UseHighContrast() {
+    Kestrin::NativeApplication::Shared();
+    QPalette palette(Qt::white, Qt::black, Qt::white, Qt::black, Qt::gray, Qt::white, Qt::black);
+    palette.setColor(QPalette::Highlight, Qt::yellow);
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    QApplication::setPalette(palette);
+    Settle();
 }
 
 Picture::Picture(const View& view, double scale) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "UI/Color.h"
 #include "UI/Geometry.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QImage;
 
@@ -54,12 +56,23 @@ void ResizeWindow(const Kestrin::View& anyView, int width, int height);
 /// Opens a modal window, waits until it is seen and has it closed.
 void RunModalWindow();
 
-/// Performs the press action that a screen reader offers; false where the view offers none.
-bool PressByScreenReader(const Kestrin::View& view);
+/// Performs the press action that a screen reader offers, of the view or of the item `item` of its
+/// menu, from 0; false where it offers none.
+bool PressByScreenReader(const Kestrin::View& view, int item = -1);
 
 /// What a screen reader reads of what has the focus of the window: role, name, value and
 /// whether it is focused.
 std::string SpokenOfFocus(const Kestrin::View& anyView);
+
+/// A text of the desktop's own look, which alerts, lists and marked text have.
+struct DesktopText {
+    const char* name;
+    Kestrin::RGBAColor text;
+    Kestrin::RGBAColor ground;
+};
+std::vector<DesktopText> TextsOfTheDesktop();
+/// Gives the desktop a look of white on black.
+void UseHighContrast();
 
 /// A picture of a view and all within it, at a scale of device pixels per point.
 class Picture {

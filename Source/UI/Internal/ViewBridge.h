@@ -11,6 +11,7 @@ namespace Kestrin {
 
 class DrawingContext;
 struct KeyInput;
+class RequestHandler;
 class View;
 
 /// What views need of the window they stand in.
@@ -70,6 +71,8 @@ public:
     bool IsEnabled() const { return fEnabled; }
     void SetClickThrough(bool clickThrough) { fClickThrough = clickThrough; }
     void SetMouseHidden(bool hidden);
+    /// The menu that an assistive technology's choice is the command of; not owned.
+    void SetMenu(RequestHandler* menu) { fMenu = menu; }
     void SetAlpha(float alpha);
     /// The opacity of the view and of all views that it stands in.
     float EffectiveAlpha() const;
@@ -91,6 +94,7 @@ public:
     bool HandleKeyDown(const NativeKeyEvent& event) override;
     void HandleFirstResponderChanged(bool isFirstResponder) override;
     void HandleAccessibilityPress() override;
+    void HandleAccessibilityChoice(const NativeMenuItem& item) override;
     void HandleDraw(CGContext& context) override;
 
 private:
@@ -111,6 +115,7 @@ private:
     template <typename Call>
     void ForEachSubview(Call call);
     Point PointIn(const ViewBridge& other, Point point) const;
+    bool BeginPress();
     Shared Beneath(const Point& point);
     Shared ClickTaker(const Point& point);
     void Click(ViewBridge& taker, const NativeMouseEvent& event);
@@ -125,6 +130,7 @@ private:
     ViewBridge* fSuperview = nullptr;
     std::vector<ViewBridge*> fSubviews;
     WindowOfViews* fWindow = nullptr;
+    RequestHandler* fMenu = nullptr;
     std::unique_ptr<NativeView> fNative;
     std::unique_ptr<DrawingContext> fContext;
     Rect fFrame;

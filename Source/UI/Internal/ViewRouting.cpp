@@ -1,12 +1,15 @@
 // Which view gets an event. Every hook may destroy any view, so each function that calls one holds
 // on to the bridges that it goes on with, and asks again for their views.
 
+#include "Commands/RequestHandler.h"
 #include "UI/DrawingContext.h"
 #include "UI/Internal/CurrentEvent.h"
 #include "UI/Internal/KeyInput.h"
 #include "UI/Internal/NativeGeometry.h"
 #include "UI/Internal/ViewBridge.h"
 #include "UI/View.h"
+
+#include "Platform/UI/NativeMenu.h"
 
 #include <algorithm>
 #include <cmath>
@@ -84,14 +87,18 @@ ViewBridge::Shared ViewBridge::ClickTaker(const Point& point) {
     return view;
 }
 
-void ViewBridge::HandleMouseDown(const NativeMouseEvent& event) {
-    const Shared keep = Self();
+/// A press takes the focus to where it is, which ends an edit elsewhere in the window. False where
+/// that opened a dialog, which took the release.
+bool ViewBridge::BeginPress() {
     fPress = Press{};
-    // A press takes the focus to where it is, which ends an edit elsewhere in the window.
     if (!fClickThrough)
         TakeFocus();
-    // Moving the focus may have opened a dialog, which took the release.
-    if (fPress.lost)
+    return !fPress.lost;
+}
+
+void ViewBridge::HandleMouseDown(const NativeMouseEvent& event) {
+    const Shared keep = Self();
+    if (!BeginPress())
         return;
     const Shared taker = ClickTaker(PointOf(event));
     if (!taker || !taker->TakesInput())
@@ -234,7 +241,14 @@ void ViewBridge::HandleFirstResponderChanged(bool isFirstResponder) {
 /// To a view, being pressed by an assistive technology is being pressed with the space bar.
 void ViewBridge::HandleAccessibilityPress() {
     const CurrentEventScope scope(*this);
-    SendKey({" "_u});
+    if (BeginPress())
+        SendKey({" "_u});
+}
+
+void ViewBridge::HandleAccessibilityChoice(const NativeMenuItem& item) {
+    const CurrentEventScope scope(*this);
+    if (BeginPress() && TakesInput() && fMenu)
+        fMenu->HandleCommand(CommandSpecifier::FromCode(item.Tag()));
 }
 
 // Visibility and drawing

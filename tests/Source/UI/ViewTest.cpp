@@ -1,3 +1,5 @@
+#include "UI/DynamicMenu.h"
+
 #include "tests/Source/UI/ViewTestSupport.h"
 
 namespace {
@@ -158,12 +160,27 @@ TEST_F(Views, ADragFollowsThePressOutOfTheViewUnlessADialogTakesIt) {
 
 TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
     EXPECT_FALSE(NativeInput::PressByScreenReader(left));
-    left.SetAccessibility(Kestrin::AccessibleRole::kPopUpButton, Text("Größe"));
-    left.SetAccessibleValue(Text("medium"));
-    left.EnableKeyFocus(true);
-    EXPECT_EQ(NativeInput::SpokenOfFocus(root), "ComboBox|Größe medium|medium|focused");
+    Kestrin::DynamicMenu menu;
+    for (const char* size : {"small", "medium", "large"})
+        menu.AppendItem(Text(size), 0);
+    menu.SetCurrentItem(2);
+    menu.GetMenu().EnableItem(3, false);
+    left.SetAccessiblePopUp(Text("Größe"), menu);
     EXPECT_TRUE(NativeInput::PressByScreenReader(left));
-    EXPECT_EQ(notes.back(), "left key ' ' 0 0");
+    EXPECT_THAT(notes, ElementsAre("left focus", "left key ' ' 0 0"));
+    EXPECT_EQ(NativeInput::SpokenOfFocus(root), "ComboBox|Größe|medium|focused");
+    EXPECT_FALSE(NativeInput::PressByScreenReader(left, 2)) << "the item is disabled";
+    EXPECT_TRUE(NativeInput::PressByScreenReader(left, 0));
+    EXPECT_EQ(menu.GetCurrentItem(), 1);
+}
+
+TEST_F(Views, AScreenReadersPressThatOpensADialogOnItsWayDoesNotAct) {
+    left.SetAccessibility(Kestrin::AccessibleRole::kButton, Text("Ok"));
+    right.EnableKeyFocus(true);
+    right.during = [](const std::string&) { NativeInput::RunModalWindow(); };
+    notes.clear();
+    EXPECT_TRUE(NativeInput::PressByScreenReader(left));
+    EXPECT_EQ(notes.back(), "left focus");
 }
 
 TEST_F(Views, AViewMayGoWhileItIsDrawnOrItsNeighbourIs) {
