@@ -4,8 +4,10 @@
 
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QPalette>
 #include <QTranslator>
 #include <clocale>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -61,6 +63,30 @@ void SpeakTheUsersLanguage(EventApplication& application) {
     QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
+/// The relative luminance of WCAG 2.1.
+double LuminanceOf(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+/// Many a desktop's mark behind chosen text is too bright to read the text on it: it is darkened
+/// until the contrast is 4.5 : 1. Dark text on a bright mark is left.
+void MakeMarkedTextReadable() {
+    constexpr int kStep = 105; // per cent
+    QPalette palette = QApplication::palette();
+    const double text = LuminanceOf(palette.color(QPalette::HighlightedText));
+    QColor mark = palette.color(QPalette::Highlight);
+    if (text < LuminanceOf(mark))
+        return;
+    while (text + 0.05 < 4.5 * (LuminanceOf(mark) + 0.05) && mark.value() > 0)
+        mark = mark.darker(kStep);
+    palette.setColor(QPalette::Highlight, mark);
+    QApplication::setPalette(palette);
+}
+
 } // namespace
 
 bool EventApplication::notify(QObject* receiver, QEvent* event) {
@@ -88,6 +114,7 @@ std::unique_ptr<EventApplication> StartToolkit() {
     qInstallMessageHandler(usual);
     SpeakTheUsersLanguage(*application);
     QApplication::setQuitOnLastWindowClosed(false);
+    MakeMarkedTextReadable();
     // The toolkit takes the user's locale for everything; numbers in files keep their point.
     std::setlocale(LC_NUMERIC, "C");
     return application;
