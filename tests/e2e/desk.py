@@ -46,6 +46,12 @@ def xdotool(*arguments):
     return done.stdout.split() if done.returncode == 0 else []
 
 
+def set_text_scale(scale):
+    """For the programs that start from now on, as the settings of a desktop do it."""
+    subprocess.run(["xprop", "-root", "-format", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER",
+                    f"Xft.dpi:\t{96 * scale:.0f}"], check=True)
+
+
 class Studio:
     """A database of its own, in a folder of its own."""
 
@@ -96,7 +102,8 @@ class Studio:
 class Program:
     """The running program and its window."""
 
-    def __init__(self, studio, awaits_window=True):
+    def __init__(self, studio, awaits_window=True, scale=1):
+        self.scale = scale  # pixels of the screen to one of window coordinates
         self._process = subprocess.Popen([PROGRAM], env=studio.environment, stdout=subprocess.PIPE,
                                          stderr=subprocess.STDOUT, text=True)
         if awaits_window:
@@ -141,8 +148,10 @@ class Program:
     def ink(self, x, y, width, height, background=BACKGROUND):
         """Where the ink stands in a rectangle of the window, in window coordinates."""
         left, top = self.origin()
-        ink = Picture.of_screen().ink(left + x, top + y, width, height, background)
-        return ink and (ink[0] - left, ink[1] - top, ink[2] - left, ink[3] - top)
+        place = [round(self.scale * part) for part in (x, y, width, height)]
+        ink = Picture.of_screen().ink(left + place[0], top + place[1], *place[2:], background)
+        return ink and tuple((edge - start) / self.scale
+                             for edge, start in zip(ink, (left, top, left, top)))
 
     def region(self, x, y, width, height):
         left, top = self.origin()
@@ -154,7 +163,7 @@ class Program:
     # Doing
 
     def click(self, x, y):
-        xdotool("mousemove", "--window", self.window, x, y, "click", 1)
+        xdotool("mousemove", "--window", self.window, x * self.scale, y * self.scale, "click", 1)
 
     def key(self, *keys):
         xdotool("key", *keys)

@@ -2,7 +2,8 @@
 
 import unittest
 
-from desk import CANCEL, GROUP, HELP, OK, POSITION, SURFACES, Program, Studio, keep_picture, until
+from desk import (CANCEL, GROUP, HELP, OK, POSITION, SURFACES, Program, Studio, keep_picture,
+                  set_text_scale, until)
 
 
 class Scene(unittest.TestCase):
@@ -13,8 +14,8 @@ class Scene(unittest.TestCase):
         self.addCleanup(self.studio.close)
         self.program = self.start(awaits_window=self.with_surfaces)
 
-    def start(self, awaits_window=True):
-        program = Program(self.studio, awaits_window)
+    def start(self, awaits_window=True, scale=1):
+        program = Program(self.studio, awaits_window, scale)
         self.addCleanup(program.kill)
         return program
 
@@ -39,7 +40,19 @@ class SettingsWindow(Scene):
 
     def test_captions_stand_where_they_belong(self):
         keep_picture("settings-window")
-        ink = self.program.ink
+        self.assertCaptionsStandWhereTheyBelong(self.program.ink)
+
+    def test_larger_text_makes_the_whole_window_larger(self):
+        self.program.kill()
+        self.addCleanup(set_text_scale, 1)
+        for scale in (1.5, 2):
+            set_text_scale(scale)
+            program = self.start(scale=scale)
+            keep_picture(f"text-scale-{scale}")
+            self.assertCaptionsStandWhereTheyBelong(program.ink)
+            program.kill()
+
+    def assertCaptionsStandWhereTheyBelong(self, ink):
         for y in (80, 120):
             label = ink(10, y - 8, 135, 40)
             self.assertInside(label, 20, y, 120, 25)
