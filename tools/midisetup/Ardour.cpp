@@ -2,6 +2,7 @@
 
 #include "Surfaces/SurfaceModels.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
 
@@ -16,8 +17,9 @@ std::vector<PlacedSurface> SurfacesOf(SInt32 group) {
     std::vector<PlacedSurface> surfaces = PlacedSurfaces();
     std::erase_if(surfaces, [group](const PlacedSurface& one) { return one.group != group; });
     if (surfaces.empty())
-        throw Failure("no surface has a place in group " + std::to_string(group) +
-                      "; \"midisetup place SURFACE GROUP POSITION\" gives it one");
+        throw Failure(Message("no surface has a place in group %1; \"midisetup place SURFACE GROUP "
+                              "POSITION\" gives it one",
+                              group));
     return surfaces;
 }
 
@@ -49,13 +51,18 @@ ArdourDevice ArdourDeviceOf(SInt32 group) {
         return !IsMain(one) && one.type != kSurfaceTypeMackieControlExtender;
     });
     if (stranger != surfaces.end())
-        throw Failure("Ardour cannot use " + Printable(stranger->name) + " in group " +
-                      std::to_string(group) + ": it is no Mackie Control; give it another group");
+        throw Failure(Message("Ardour cannot use %1 in group %2: it is no Mackie Control; give it "
+                              "another group",
+                              Printable(stranger->name), group));
     const auto mains = std::ranges::count_if(surfaces, IsMain);
-    if (mains != 1)
-        throw Failure("Ardour needs one main unit in a group, and group " + std::to_string(group) +
-                      (mains == 0 ? " has none" : " has " + std::to_string(mains)) +
-                      "; \"midisetup place SURFACE GROUP POSITION\" moves a surface");
+    if (mains == 0)
+        throw Failure(Message("Ardour needs one main unit in a group, and group %1 has none; "
+                              "\"midisetup place SURFACE GROUP POSITION\" moves a surface",
+                              group));
+    if (mains > 1)
+        throw Failure(Message("Ardour needs one main unit in a group, and group %1 has %2; "
+                              "\"midisetup place SURFACE GROUP POSITION\" moves a surface",
+                              group, mains));
     const auto main = std::ranges::find_if(surfaces, IsMain);
     return {SurfaceClientName(group), static_cast<int>(surfaces.size()),
             static_cast<int>(main - surfaces.begin()) + 1};

@@ -1,5 +1,6 @@
 #include "tools/midisetup/Building.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Properties.h"
 
 namespace MidiSetup {
@@ -19,14 +20,14 @@ MIDIDeviceRef CreateDevice(DeviceKind kind, const DeviceDescription& description
         kind == DeviceKind::kExternal
             ? MIDIExternalDeviceCreate(name.Get(), manufacturer.Get(), model.Get(), &device)
             : MIDIDeviceCreate(nullptr, name.Get(), manufacturer.Get(), model.Get(), &device);
-    Check(status, "make the device");
+    Check(status, Message("cannot make the device"));
     return device;
 }
 
 void AddToSetup(DeviceKind kind, MIDIDeviceRef device) {
     Check(kind == DeviceKind::kExternal ? MIDISetupAddExternalDevice(device)
                                         : MIDISetupAddDevice(device),
-          "add the device");
+          Message("cannot add the device"));
 }
 
 } // namespace
@@ -44,7 +45,7 @@ MIDIEntityRef BuildPort(MIDIDeviceRef device, const std::string& name, ItemCount
     MIDIEntityRef entity = 0;
     Check(
         MIDIDeviceAddEntity(device, RequireText(name).Get(), false, sources, destinations, &entity),
-        "add a port");
+        Message("cannot add a port"));
     return entity;
 }
 

@@ -1,3 +1,4 @@
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Connections.h"
 #include "tools/midisetup/Failure.h"
@@ -34,20 +35,24 @@ struct Cable {
 /// Throws Failure, with advice, where `command` cannot connect what was named.
 void Check(const Cable& cable, const ObjectNames& names, const std::string& command) {
     const NamedObject& port = cable.port;
-    const std::string portName = "\"" + Printable(port.path) + "\"";
+    const std::string portName = Printable(port.path);
     if (cable.external != nullptr && IsExternal(port) && !IsExternal(*cable.external))
-        throw Failure("the port stands first: midisetup " + command + " " +
-                      PortWord(*cable.external, names) + " " + names.Word(port.id));
+        throw Failure(Message("the port stands first: %1", "midisetup " + command + " " +
+                                                               PortWord(*cable.external, names) +
+                                                               " " + names.Word(port.id)));
     if (cable.external != nullptr && !IsExternal(*cable.external))
-        throw Failure("\"" + Printable(cable.external->path) +
-                      "\" is not an external device; only those are cabled to a port, and "
-                      "\"midisetup add external\" adds one");
+        throw Failure(
+            Message("\"%1\" is not an external device; only those are cabled to a port, and "
+                    "\"midisetup add external\" adds one",
+                    Printable(cable.external->path)));
     if (IsExternal(port))
-        throw Failure(portName + " belongs to an external device; the port of an interface, or of "
-                                 "a program, stands first; \"midisetup list\" shows them");
+        throw Failure(
+            Message("\"%1\" belongs to an external device; the port of an interface, or of "
+                    "a program, stands first; \"midisetup list\" shows them",
+                    portName));
     if (port.device != nullptr && port.entity == nullptr)
-        throw Failure(portName + " is a device; name one of its ports, as in " +
-                      PortWord(port, names));
+        throw Failure(Message("\"%1\" is a device; name one of its ports, as in %2", portName,
+                              PortWord(port, names)));
 }
 
 Cable NamedCable(const CableOptions& options, const ObjectNames& names,
@@ -100,12 +105,13 @@ std::string Connect(const CableOptions& options) {
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
     if (options.device.empty())
-        throw Failure("the device's name is empty; \"midisetup list\" shows what there is");
+        throw Failure(
+            Message("the device's name is empty; \"midisetup list\" shows what there is"));
     const Cable cable = NamedCable(options, names, "connect");
     bool changed = false;
     for (const Endpoint& endpoint : EndpointsOf(cable.port, studio))
         changed = ConnectEndpoint(endpoint, PeerOf(endpoint, *cable.external)) || changed;
-    return changed ? "" : "They are connected already.\n";
+    return changed ? "" : Message("They are connected already.") + "\n";
 }
 
 std::string Disconnect(const CableOptions& options) {
@@ -115,37 +121,42 @@ std::string Disconnect(const CableOptions& options) {
     bool changed = false;
     for (const Endpoint& endpoint : EndpointsOf(cable.port, studio))
         changed = DisconnectEndpoint(endpoint, cable.external, names) || changed;
+    const std::string port = Printable(cable.port.path);
+    if (!changed && cable.external != nullptr)
+        throw Failure(Message("%1 is not connected to %2", Printable(cable.external->path), port));
     if (!changed)
-        throw Failure((cable.external != nullptr ? Printable(cable.external->path) : "nothing") +
-                      " is " + (cable.external != nullptr ? "not " : "") + "connected to " +
-                      Printable(cable.port.path));
+        throw Failure(Message("nothing is connected to %1", port));
     return "";
 }
 
 } // namespace
 
 void AddConnectionCommands(CLI::App& program, Action& chosen) {
-    CLI::App* connect =
-        program.add_subcommand("connect", "Tell that an external device is cabled to a port");
-    Explain(connect,
-            "PORT is that of an interface, or one that a program offers, as network MIDI does. "
-            "Both\ndirections of it are connected. A port may have several devices, of which "
-            "programs that\nlook for one surface take the first.");
+    CLI::App* connect = program.add_subcommand(
+        "connect", Message("Tell that an external device is cabled to a port"));
+    Explain(
+        connect,
+        Message("PORT is that of an interface, or one that a program offers, as network MIDI does. "
+                "Both\ndirections of it are connected. A port may have several devices, of which "
+                "programs that\nlook for one surface take the first."));
     auto connectOptions = OptionsForChange(connect, chosen, Connect);
-    connect->add_option("PORT", connectOptions->port, "\"Interface:Port 1\" or a unique ID")
+    connect
+        ->add_option("PORT", connectOptions->port, Message("\"Interface:Port 1\" or a unique ID"))
         ->required();
     connect
         ->add_option("DEVICE", connectOptions->device,
-                     "The external device, or one port of it: \"Device:Port 2\"")
+                     Message("The external device, or one port of it: \"Device:Port 2\""))
         ->required();
 
     CLI::App* disconnect =
-        program.add_subcommand("disconnect", "Take a device, or everything, off a port");
+        program.add_subcommand("disconnect", Message("Take a device, or everything, off a port"));
     auto disconnectOptions = OptionsForChange(disconnect, chosen, Disconnect);
-    disconnect->add_option("PORT", disconnectOptions->port, "\"Interface:Port 1\" or a unique ID")
+    disconnect
+        ->add_option("PORT", disconnectOptions->port,
+                     Message("\"Interface:Port 1\" or a unique ID"))
         ->required();
     disconnect->add_option("DEVICE", disconnectOptions->device,
-                           "The external device; without it all are taken off");
+                           Message("The external device; without it all are taken off"));
 }
 
 } // namespace MidiSetup

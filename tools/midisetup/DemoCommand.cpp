@@ -1,5 +1,6 @@
 #include "Surfaces/SurfaceGroups.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Building.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Connections.h"
@@ -17,9 +18,10 @@ void RequireEmptyStudio(const Studio& studio) {
     for (const Device& device : studio.devices) {
         const GroupSettings settings = StoredSettings(device.reference);
         if (device.kind != DeviceKind::kCard || settings.group || settings.position)
-            throw Failure("the demonstration studio is put only into a database without added "
-                          "devices and group settings.\nName another file for it, as in: "
-                          "KESTRIN_MIDI_DATABASE=demo.sqlite3 midisetup demo");
+            throw Failure(
+                Message("the demonstration studio is put only into a database without added "
+                        "devices and group settings.\nName another file for it, as in: %1",
+                        "KESTRIN_MIDI_DATABASE=demo.sqlite3 midisetup demo"));
     }
 }
 
@@ -77,19 +79,21 @@ std::string Demo(const DemoOptions&) {
     BuildDesk();
     BuildUSBUnit();
     BuildRack();
-    return "The demonstration studio is set up: \"midisetup list\" shows it, \"midisetup "
-           "surfaces\" "
-           "what Sorvex Mackie Setup finds in it.\n";
+    return Message("The demonstration studio is set up: \"midisetup list\" shows it, \"midisetup "
+                   "surfaces\" what Sorvex Mackie Setup finds in it.") +
+           "\n";
 }
 
 } // namespace
 
 void AddDemoCommand(CLI::App& program, Action& chosen) {
-    CLI::App* demo =
-        program.add_subcommand("demo", "Fill a new database with a studio to try things with");
-    Explain(demo,
+    CLI::App* demo = program.add_subcommand(
+        "demo", Message("Fill a new database with a studio to try things with"));
+    Explain(
+        demo,
+        Message(
             "A main unit with two extenders, a USB unit, a HUI and a SAC-2K, some grouped, some "
-            "new.\nRefuses where devices were added or surfaces set up already.");
+            "new.\nRefuses where devices were added or surfaces set up already."));
     OptionsForChange(demo, chosen, Demo);
 }
 

@@ -1,3 +1,4 @@
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Building.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Connections.h"
@@ -6,6 +7,7 @@
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
 #include "tools/midisetup/SurfaceHints.h"
+#include "tools/midisetup/Usage.h"
 
 #include <unordered_set>
 
@@ -28,15 +30,15 @@ struct RemoveOptions {
 
 void RefuseName(const AddOptions& options, const ObjectNames& names) {
     const std::string& name = options.description.name;
-    if (name.empty())
-        throw Failure("the name is empty; give one of a letter at least");
+    RequireName(name);
     for (const NamedObject& object : names.All()) {
         const bool isSame = object.device != nullptr &&
                             object.reference == object.device->reference && object.path == name;
         if (isSame && !options.force)
-            throw Failure("there is a device \"" + Printable(name) + "\" already (" + object.kind +
-                          ", unique ID " + std::to_string(object.id) +
-                          "); --force adds another one of that name");
+            throw Failure(
+                Message("there is a device \"%1\" already (%2, unique ID %3); --force adds "
+                        "another one of that name",
+                        Printable(name), Filled(object.kind.c_str()), object.id));
     }
 }
 
@@ -48,8 +50,8 @@ std::string Add(const AddOptions& options) {
     const ObjectNames names(studio);
     const Device& device = *names.Named(std::to_string(id)).device;
     const auto hint = ModelHint(device, names.Word(id));
-    return "Added " + Printable(device.name) + " with the unique ID " + std::to_string(id) + ".\n" +
-           (hint ? "Hint: " + *hint + "\n" : "");
+    return Message("Added %1 with the unique ID %2.", Printable(device.name), id) + "\n" +
+           (hint ? Message("Hint: %1", *hint) + "\n" : "");
 }
 
 /// The unique IDs that go when `object` is removed.
@@ -84,8 +86,8 @@ void RemoveUnplugged(const NamedObject& object) {
                                 : RemoveDevice(object.device->kind, object.reference);
     const std::string name = Printable(object.path);
     if (status == kMIDINotPermitted)
-        throw Failure("cannot remove " + name + ": it is plugged in; unplug it first");
-    Check(status, "remove " + name);
+        throw Failure(Message("cannot remove %1: it is plugged in; unplug it first", name));
+    Check(status, Message("cannot remove %1", name));
 }
 
 std::string Remove(const RemoveOptions& options) {
@@ -95,41 +97,45 @@ std::string Remove(const RemoveOptions& options) {
     const bool isDirection =
         object.entity != nullptr && object.reference != object.entity->reference;
     if (object.device == nullptr || isDirection)
-        throw Failure("only devices and ports can be removed, and " + Printable(object.path) +
-                      " is a " + object.kind);
+        throw Failure(Message("only devices and ports can be removed, and %1 is a %2",
+                              Printable(object.path), Filled(object.kind.c_str())));
     RemoveCablesTo(IDsWithin(object, names), names);
     RemoveUnplugged(object);
     return "";
 }
 
-void AddAddCommand(CLI::App* add, Action& chosen, DeviceKind kind, const char* help) {
+void AddAddCommand(CLI::App* add, Action& chosen, DeviceKind kind, const std::string& help) {
     CLI::App* command = add->add_subcommand(KindName(kind), help);
     auto options = OptionsForChange(command, chosen, Add);
     options->kind = kind;
     DeviceDescription& description = options->description;
-    command->add_option("NAME", description.name, "Its name")->required();
-    command->add_option("--manufacturer", description.manufacturer, "Its maker");
-    command->add_option("--model", description.model, "Its model");
-    command->add_option("--ports", options->ports, "How many ports, each in and out")
-        ->check(CLI::Range(0, kMostPorts))
-        ->capture_default_str();
-    command->add_flag("--force", options->force, "Also where a device bears that name already");
+    command->add_option("NAME", description.name, Message("Its name"))->required();
+    command->add_option("--manufacturer", description.manufacturer, Message("Its maker"));
+    command->add_option("--model", description.model, Message("Its model"));
+    CLI::Option* ports =
+        command->add_option("--ports", options->ports, Message("How many ports, each in and out"));
+    Restrict(ports->capture_default_str(), 0, kMostPorts);
+    command->add_flag("--force", options->force,
+                      Message("Also where a device bears that name already"));
 }
 
 } // namespace
 
 void AddDeviceCommands(CLI::App& program, Action& chosen) {
-    CLI::App* add = program.add_subcommand("add", "Add a device by hand");
+    CLI::App* add = program.add_subcommand("add", Message("Add a device by hand"));
     add->require_subcommand(1);
-    AddAddCommand(add, chosen, DeviceKind::kExternal,
-                  "A device that is cabled to a port of an interface, such as a control surface");
-    AddAddCommand(add, chosen, DeviceKind::kInterface, "An interface that has no driver");
+    AddAddCommand(
+        add, chosen, DeviceKind::kExternal,
+        Message("A device that is cabled to a port of an interface, such as a control surface"));
+    AddAddCommand(add, chosen, DeviceKind::kInterface, Message("An interface that has no driver"));
 
-    CLI::App* remove =
-        program.add_subcommand("remove", "Forget a device or one of its ports, with all settings");
-    Explain(remove, "Cables to it are taken off. A device that is plugged in cannot be removed.");
+    CLI::App* remove = program.add_subcommand(
+        "remove", Message("Forget a device or one of its ports, with all settings"));
+    Explain(remove,
+            Message("Cables to it are taken off. A device that is plugged in cannot be removed."));
     auto removeOptions = OptionsForChange(remove, chosen, Remove);
-    remove->add_option("OBJECT", removeOptions->object, "A unique ID or a name")->required();
+    remove->add_option("OBJECT", removeOptions->object, Message("A unique ID or a name"))
+        ->required();
 }
 
 } // namespace MidiSetup

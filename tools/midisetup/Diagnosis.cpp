@@ -2,6 +2,7 @@
 
 #include "Surfaces/SurfaceDiscovery.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Connections.h"
 #include "tools/midisetup/Json.h"
 #include "tools/midisetup/Output.h"
@@ -64,14 +65,15 @@ void FollowCables(ReachOfDevices& reach, const ObjectNames& names) {
 }
 
 Problem OneWay(const std::string& name, const std::string& word, bool isHeard) {
-    return {name + (isHeard ? " is connected to an input only; nothing can be sent to it."
-                            : " is connected to an output only; nothing can be received from it."),
-            "Connect it in both directions: midisetup connect PORT " + word};
+    return {isHeard ? Message("%1 is connected to an input only; nothing can be sent to it.", name)
+                    : Message("%1 is connected to an output only; nothing can be received from it.",
+                              name),
+            Message("Connect it in both directions: %1", "midisetup connect PORT " + word)};
 }
 
 Problem Uncabled(const std::string& name, const std::string& word) {
-    return {name + " is connected to no port, so that no program can find it.",
-            "Tell where it is plugged: midisetup connect PORT " + word};
+    return {Message("%1 is connected to no port, so that no program can find it.", name),
+            Message("Tell where it is plugged: %1", "midisetup connect PORT " + word)};
 }
 
 std::optional<Problem> ProblemOf(const Device& device, const Reach& reach,
@@ -87,7 +89,7 @@ std::optional<Problem> ProblemOf(const Device& device, const Reach& reach,
 std::string NamesOf(const std::vector<const Device*>& devices) {
     std::string list;
     for (const Device* const device : devices)
-        list += (list.empty() ? "" : ", ") + Printable(device->name);
+        list = Listed(list, Printable(device->name));
     return list;
 }
 
@@ -105,8 +107,9 @@ std::vector<Problem> FindLooseCables(const ObjectNames& names) {
         for (const MIDIUniqueID id : ConnectionsOf(object.reference)) {
             if (names.WithID(id) == nullptr)
                 problems.push_back(
-                    {Printable(object.path) + " is connected to " + names.Describe(id) + ".",
-                     "Take it off: midisetup disconnect " + std::to_string(object.id)});
+                    {Message("%1 is connected to %2.", Printable(object.path), names.Describe(id)),
+                     Message("Take it off: %1",
+                             "midisetup disconnect " + std::to_string(object.id))});
         }
     }
     return problems;
@@ -135,10 +138,10 @@ std::vector<Problem> FindSharedPlaces(const Studio& studio, const ObjectNames& n
     for (const auto& [place, surfaces] : places) {
         const std::string group = std::to_string(place.first);
         if (surfaces.size() > 1)
-            problems.push_back({NamesOf(surfaces) + " have the same group " + group +
-                                    " and position " + std::to_string(place.second) + ".",
-                                "Give each a position of its own, as in: " +
-                                    PlaceCommand(names.Word(surfaces.back()->id), group)});
+            problems.push_back({Message("%1 have the same group %2 and position %3.",
+                                        NamesOf(surfaces), group, place.second),
+                                Message("Give each a position of its own, as in: %1",
+                                        PlaceCommand(names.Word(surfaces.back()->id), group))});
     }
     return problems;
 }
@@ -149,9 +152,9 @@ std::vector<Problem> FindWrongSettings(const ObjectNames& names) {
         for (const auto& [key, value] : OwnProperties(object.reference)) {
             if (const auto fault = FaultInSetting(object.id, key, value))
                 problems.push_back(
-                    {Printable(object.path) + " has " + key + " " +
-                         Printable(ValueToJson(key, value).dump()) + ", but " + *fault + ".",
-                     "Set both anew: " + PlaceCommand(names.Word(object.id), "GROUP")});
+                    {Message("%1 has %2 %3, but %4.", Printable(object.path), key,
+                             Printable(ValueToJson(key, value).dump()), *fault),
+                     Message("Set both anew: %1", PlaceCommand(names.Word(object.id), "GROUP"))});
         }
     }
     return problems;
@@ -162,9 +165,9 @@ std::vector<Problem> FindUnplacedSurfaces(const Studio& studio, const ObjectName
     for (const Device& device : studio.devices) {
         const auto position = StoredSettings(device.reference).position;
         if ((!position || position == device.id) && IsSurface(device))
-            notes.push_back({Printable(device.name) + " has no position that was chosen.",
-                             "Choose one in Sorvex Mackie Setup, or by: " +
-                                 PlaceCommand(names.Word(device.id), "GROUP")});
+            notes.push_back({Message("%1 has no position that was chosen.", Printable(device.name)),
+                             Message("Choose one in Sorvex Mackie Setup, or by: %1",
+                                     PlaceCommand(names.Word(device.id), "GROUP"))});
     }
     return notes;
 }
@@ -173,7 +176,8 @@ std::vector<Problem> FindOddModels(const Studio& studio, const ObjectNames& name
     std::vector<Problem> notes;
     for (const Device& device : studio.devices) {
         if (auto hint = ModelHint(device, names.Word(device.id)))
-            notes.push_back({"The model of " + Printable(device.name) + ":", *std::move(hint)});
+            notes.push_back(
+                {Message("The model of %1:", Printable(device.name)), *std::move(hint)});
     }
     return notes;
 }
@@ -194,14 +198,14 @@ std::vector<Problem> FindUnitsWithoutSerial(const Studio& studio) {
     }
     std::vector<Problem> notes;
     if (!plugged.empty())
-        notes.push_back({"Known by their USB port alone, since they have no serial number: " +
-                             NamesOf(plugged) + ".",
-                         "Leave each in its port, so that it keeps its settings."});
+        notes.push_back(
+            {Message("Known by their USB port alone, since they have no serial number: %1.",
+                     NamesOf(plugged)),
+             Message("Leave each in its port, so that it keeps its settings.")});
     if (!gone.empty())
         notes.push_back(
-            {"Unplugged, without a serial number: " + std::to_string(gone.size()) + " (" +
-                 NamesOf(gone) + ").",
-             "What is only an old place of a unit that you still use can be forgotten:" +
+            {Message("Unplugged, without a serial number: %1 (%2).", gone.size(), NamesOf(gone)),
+             Message("What is only an old place of a unit that you still use can be forgotten:") +
                  commands});
     return notes;
 }

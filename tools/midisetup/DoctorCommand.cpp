@@ -1,3 +1,5 @@
+#include "tools/messages/Messages.h"
+#include "tools/messages/ServiceMessages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Diagnosis.h"
 #include "tools/midisetup/Failure.h"
@@ -24,9 +26,9 @@ struct Findings {
     int exitCode = kExitDone;
 };
 
-void Print(const char* title, const std::vector<Problem>& problems) {
+void Print(const std::string& title, const std::vector<Problem>& problems) {
     for (const Problem& problem : problems)
-        std::cout << Strong(title) << problem.what << "\n  " << problem.remedy << "\n";
+        std::cout << Strong(title) << " " << problem.what << "\n  " << problem.remedy << "\n";
 }
 
 Json ToJson(const std::vector<Problem>& problems) {
@@ -40,50 +42,49 @@ void Append(std::vector<Problem>& problems, std::vector<Problem> more) {
     problems.insert(problems.end(), more.begin(), more.end());
 }
 
-std::string TextOrEmpty(CFStringRef owned) {
-    const Text text(owned);
-    return text ? MidiObject::FromText(text.Get()) : "";
-}
-
 std::string RemedyFor(KestrinMIDIDatabaseState state) {
     switch (state) {
     case kKestrinMIDIDatabaseNoFolder:
-        return "Make the folder, or name another file with KESTRIN_MIDI_DATABASE.";
+        return Message("Make the folder, or name another file with KESTRIN_MIDI_DATABASE.");
     case kKestrinMIDIDatabaseReadOnly:
-        return "Make the file and its folder writable for you.";
+        return Message("Make the file and its folder writable for you.");
     case kKestrinMIDIDatabaseNewer:
-        return "Install the newer version of this software; the file was left as it is.";
+        return Message("Install the newer version of this software; the file was left as it is.");
     case kKestrinMIDIDatabaseForeign:
-        return "Name another file with KESTRIN_MIDI_DATABASE; this one was left as it is.";
+        return Message("Name another file with KESTRIN_MIDI_DATABASE; this one was left as it is.");
     case kKestrinMIDIDatabaseLocked:
-        return "End the program that keeps it locked, then try again.";
+        return Message("End the program that keeps it locked, then try again.");
     case kKestrinMIDIDatabaseUnreachable:
-        return "Make room on the disk, or look after its health.";
+        return Message("Make room on the disk, or look after its health.");
     default:
-        return "\"midisetup doctor --repair\" sets the file aside and saves what can be read.";
+        return Message(
+            "\"midisetup doctor --repair\" sets the file aside and saves what can be read.");
     }
 }
 
 std::vector<Problem> FindDatabaseProblems() {
     const KestrinMIDIDatabaseState state = KestrinMIDIGetDatabaseState();
     if (state != kKestrinMIDIDatabaseReady)
-        return {{Printable(TextOrEmpty(KestrinMIDICopyDatabaseProblem())), RemedyFor(state)}};
-    const std::string damage = TextOrEmpty(KestrinMIDICopyDatabaseDamage());
+        return {{Printable(ServiceMessage(KestrinMIDICopyDatabaseProblem())), RemedyFor(state)}};
+    const std::string damage = ServiceMessage(KestrinMIDICopyDatabaseDamage());
     if (damage.empty())
         return {};
-    return {
-        {"The database is damaged: " + Printable(damage), RemedyFor(kKestrinMIDIDatabaseDamaged)}};
+    return {{Message("The database is damaged: %1", Printable(damage)),
+             RemedyFor(kKestrinMIDIDatabaseDamaged)}};
 }
 
 std::vector<Problem> FindSequencerProblems() {
     switch (KestrinMIDIGetSequencerState()) {
     case kKestrinMIDISequencerMissing:
-        return {{"This machine has no MIDI sequencer, so that plugged devices cannot be seen.",
-                 "Load the kernel's: sudo modprobe snd-seq"}};
+        return {
+            {Message("This machine has no MIDI sequencer, so that plugged devices cannot be seen."),
+             Message("Load the kernel's: %1", "sudo modprobe snd-seq")}};
     case kKestrinMIDISequencerNotPermitted:
-        return {{"You may not open the MIDI sequencer, so that plugged devices cannot be seen.",
-                 "Join the group of /dev/snd/seq, most often \"audio\", and log in anew: "
-                 "sudo usermod -aG audio \"$USER\""}};
+        return {
+            {Message(
+                 "You may not open the MIDI sequencer, so that plugged devices cannot be seen."),
+             Message("Join the group of /dev/snd/seq, most often \"audio\", and log in anew: %1",
+                     "sudo usermod -aG audio \"$USER\"")}};
     default:
         return {};
     }
@@ -119,20 +120,30 @@ void Repair() {
     KestrinMIDIRepairCounts counts{};
     const OSStatus status = KestrinMIDIRepairDatabase(&savedAs, &counts);
     if (status == kMIDINotPermitted) {
-        std::cout << "The database needs no repair.\n";
+        std::cout << Message("The database needs no repair.") << "\n";
         return;
     }
-    Check(status, "set the damaged database aside");
-    std::cout << "The damaged database was set aside as " << Printable(TextOrEmpty(savedAs))
-              << ".\nSaved into a new one: " << counts.objects << " objects and "
-              << counts.properties << " properties; " << counts.lost << " made no sense, "
-              << counts.unreadable << " objects could not be read whole.\n";
+    Check(status, Message("cannot set the damaged database aside"));
+    std::cout << Message("The damaged database was set aside as %1.",
+                         Printable(ServiceMessage(savedAs)))
+              << "\n"
+              << Message("Saved into a new one: %1 and %2.",
+                         Counted("%1 object", "%1 objects", counts.objects),
+                         Counted("%1 property", "%1 properties", counts.properties))
+              << "\n"
+              << Counted("%1 entry made no sense.", "%1 entries made no sense.", counts.lost)
+              << "\n"
+              << Counted("%1 object could not be read whole.",
+                         "%1 objects could not be read whole.", counts.unreadable)
+              << "\n";
 }
 
 int Doctor(const DoctorOptions& options) {
-    const std::string path = TextOrEmpty(KestrinMIDICopyDatabasePath());
-    if (!options.asJson)
-        std::cout << "Database: " << Printable(path) << "\n";
+    const std::string path = DatabasePath();
+    if (options.asJson)
+        UseEnglish();
+    else
+        std::cout << Message("Database: %1", Printable(path)) << "\n";
     if (options.repair)
         Repair();
     const Findings findings = Examine();
@@ -142,26 +153,27 @@ int Doctor(const DoctorOptions& options) {
                                    {"notes", ToJson(findings.notes)}});
         return findings.exitCode;
     }
-    Print("Problem: ", findings.problems);
-    Print("Note: ", findings.notes);
+    Print(Message("Problem:"), findings.problems);
+    Print(Message("Note:"), findings.notes);
     if (findings.problems.empty())
-        std::cout << "No problems were found.\n";
+        std::cout << Message("No problems were found.") << "\n";
     return findings.exitCode;
 }
 
 } // namespace
 
 void AddDoctorCommand(CLI::App& program, Action& chosen) {
-    CLI::App* doctor =
-        program.add_subcommand("doctor", "Look for problems, explain them and tell what to do");
-    Explain(doctor,
-            "Ends with 0 when all is well, 1 for problems of the studio, 3 when the database "
-            "cannot be\nused, 4 when only the sequencer cannot.");
+    CLI::App* doctor = program.add_subcommand(
+        "doctor", Message("Look for problems, explain them and tell what to do"));
+    Explain(
+        doctor,
+        Message("Ends with 0 when all is well, 1 for problems of the studio, 3 when the database "
+                "cannot be\nused, 4 when only the sequencer cannot."));
     auto options = OptionsFor(doctor, chosen, Doctor);
-    auto* asJson = doctor->add_flag("--json", options->asJson, "Print JSON");
+    auto* asJson = doctor->add_flag("--json", options->asJson, Message("Print JSON"));
     doctor
         ->add_flag("--repair", options->repair,
-                   "Set a damaged database aside and save what can be read into a new one")
+                   Message("Set a damaged database aside and save what can be read into a new one"))
         ->excludes(asJson);
 }
 

@@ -2,6 +2,7 @@
 
 #include "Surfaces/SurfaceGroups.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Building.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
@@ -23,8 +24,9 @@ constexpr int kDeepest = 20;
 
 const Json& Member(const Json& object, const char* key, Json::value_t type) {
     if (!object.is_object() || !object.contains(key) || object[key].type() != type)
-        throw Failure("the document is not of the expected form: \"" + std::string(key) +
-                      "\" is missing or of another type");
+        throw Failure(Message("the document is not of the expected form: \"%1\" is missing or of "
+                              "another type",
+                              key));
     return object[key];
 }
 
@@ -35,7 +37,8 @@ const Json& List(const Json& object, const char* key) {
 MIDIUniqueID IDIn(const Json& object) {
     if (!object.is_object() || !object.contains("uniqueID") ||
         !object["uniqueID"].is_number_integer())
-        throw Failure("the document is not of the expected form: an object has no \"uniqueID\"");
+        throw Failure(Message("the document is not of the expected form: an object has no \"%1\"",
+                              "uniqueID"));
     return std::get<SInt32>(ValueFromJson("uniqueID", object["uniqueID"]));
 }
 
@@ -143,12 +146,12 @@ void CheckDocument(const Json& document) {
     const auto check = [&](const Json& object) {
         const MIDIUniqueID id = IDIn(object);
         if (id == kMIDIInvalidUniqueID || !seen.insert(id).second)
-            throw Failure("the unique ID " + std::to_string(id) +
-                          " of the document is not valid, or stands there twice");
+            throw Failure(Message(
+                "the unique ID %1 of the document is not valid, or stands there twice", id));
         for (const auto& [key, value] : PropertiesIn(object)) {
             if (const auto fault = FaultInSetting(id, key, value))
-                throw Failure("the object " + std::to_string(id) + " of the document: " + *fault +
-                              ", not " + ShownValue(key, value));
+                throw Failure(Message("the object %1 of the document: %2, not %3", id, *fault,
+                                      ShownValue(key, value)));
         }
     };
     for (const Json& device : List(document, "devices"))
@@ -197,17 +200,18 @@ private:
 void Planner::PlanDevice(const Json& json) {
     const auto kind = KindIn(json);
     if (!kind)
-        throw Failure("the document has a device of an unknown kind");
+        throw Failure(Message("the document has a device of an unknown kind"));
     const std::string name = Printable(TextIn(PropertiesIn(json), "name"));
     if (const Device* device = Match(json, *kind))
         PlanKnownDevice(*device, json);
     else if (*kind == DeviceKind::kCard)
-        Note(name + " is left out: it was never plugged in here");
+        Note(Message("%1 is left out: it was never plugged in here", name));
     else if (const MIDIUniqueID taken = FirstTaken(VisitDevice, json);
              taken != kMIDIInvalidUniqueID)
-        Note(name + " is left out: " + fNames.Describe(taken) + " has its unique ID");
+        Note(Message("%1 is left out: %2 has its unique ID", name, fNames.Describe(taken)));
     else
-        fPlan.changes.push_back({"add " + std::string(KindName(*kind)) + " " + name,
+        fPlan.changes.push_back({*kind == DeviceKind::kExternal ? Message("add external %1", name)
+                                                                : Message("add interface %1", name),
                                  [json, kind] { BuildDeviceFrom(*kind, json); }});
 }
 
@@ -261,18 +265,18 @@ void Planner::PlanPort(const Device& device, std::size_t index, const Json& json
         PlanEndpoints(entity.destinations, List(json, "destinations"), name);
     } else if (device.kind == DeviceKind::kCard ||
                FirstTaken(VisitPort, json) != kMIDIInvalidUniqueID) {
-        Note(name + " is left out: the device has no such port here");
+        Note(Message("%1 is left out: the device has no such port here", name));
     } else {
-        fPlan.changes.push_back({"add port " + name, [reference = device.reference, json] {
-                                     BuildPortFrom(reference, json);
-                                 }});
+        fPlan.changes.push_back(
+            {Message("add port %1", name),
+             [reference = device.reference, json] { BuildPortFrom(reference, json); }});
     }
 }
 
 void Planner::PlanEndpoints(const std::vector<Endpoint>& endpoints, const Json& list,
                             const std::string& port) {
     if (endpoints.size() != list.size())
-        Note(port + " has another number of sources or destinations here");
+        Note(Message("%1 has another number of sources or destinations here", port));
     for (std::size_t i = 0; i < std::min(endpoints.size(), list.size()); ++i)
         PlanProperties(endpoints[i].reference, list[i]);
 }
@@ -283,12 +287,12 @@ void Planner::PlanEndpoint(const Json& json) {
     if (object != nullptr && object->device == nullptr)
         PlanProperties(object->reference, json);
     else
-        Note(name + " is left out: no program has this port here");
+        Note(Message("%1 is left out: no program has this port here", name));
 }
 
 void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
     const NamedObject* object = fNames.WithID(MidiObject::ID(reference));
-    const std::string of = " of " + (object != nullptr ? Printable(object->path) : "an object");
+    const std::string owner = object != nullptr ? Printable(object->path) : Message("an object");
     Properties wanted = PropertiesIn(json);
     // No position chosen there is none chosen here, also where the unique IDs differ.
     if (object != nullptr && Holds(wanted, kGroupPositionKey, IDIn(json)))
@@ -296,15 +300,16 @@ void Planner::PlanProperties(MIDIObjectRef reference, const Json& json) {
     const Properties present = OwnPropertiesOf(reference);
     for (const auto& [key, value] : present) {
         if (wanted.count(key) == 0)
-            fPlan.changes.push_back({"remove " + Printable(key) + of,
+            fPlan.changes.push_back({Message("remove %1 of %2", Printable(key), owner),
                                      [reference, name = key] { RemoveProperty(reference, name); }});
     }
     for (const auto& [key, value] : wanted) {
         if (!Holds(present, key, value))
-            fPlan.changes.push_back({"set " + Printable(key) + of + " to " + ShownValue(key, value),
-                                     [reference, name = key, wantedValue = value] {
-                                         SetProperty(reference, name, wantedValue);
-                                     }});
+            fPlan.changes.push_back(
+                {Message("set %1 of %2 to %3", Printable(key), owner, ShownValue(key, value)),
+                 [reference, name = key, wantedValue = value] {
+                     SetProperty(reference, name, wantedValue);
+                 }});
     }
 }
 
@@ -324,17 +329,17 @@ Json ParseDocument(const std::string& text) {
     const auto refuseDepth = [](int depth, Json::parse_event_t, const Json&) {
         if (depth > kDeepest)
             throw Failure(
-                "the document is nested too deep for one that \"midisetup export\" wrote");
+                Message("the document is nested too deep for one that \"midisetup export\" wrote"));
         return true;
     };
     Json document = Json::parse(text, refuseDepth, false);
     if (document.is_discarded())
-        throw Failure("the document is not JSON");
+        throw Failure(Message("the document is not JSON"));
     const bool isOurs = document.is_object() && document.value("format", Json()) == "midisetup";
     if (!isOurs)
-        throw Failure("the document is not one that \"midisetup export\" wrote");
+        throw Failure(Message("the document is not one that \"midisetup export\" wrote"));
     if (document.value("version", Json()) != 1)
-        throw Failure("the document was written by a newer midisetup");
+        throw Failure(Message("the document was written by a newer midisetup"));
     return document;
 }
 

@@ -1,5 +1,6 @@
 #include "tools/midisetup/Json.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Connections.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
@@ -64,7 +65,7 @@ SInt32 IntegerFromJson(const std::string& key, const Json& json) {
         json.get<std::uint64_t>() > std::uint64_t{std::numeric_limits<SInt32>::max()};
     const auto number = isTooLarge ? 0 : json.get<std::int64_t>();
     if (isTooLarge || number < std::numeric_limits<SInt32>::min())
-        throw Failure("the number of \"" + Printable(key) + "\" does not fit 32 bits");
+        throw Failure(Message("the number of \"%1\" does not fit 32 bits", Printable(key)));
     return static_cast<SInt32>(number);
 }
 
@@ -72,11 +73,11 @@ PropertyValue ConnectionsFromJson(const std::string& key, const Json& json) {
     std::vector<MIDIUniqueID> ids;
     for (const Json& id : json) {
         if (!id.is_number_integer())
-            throw Failure("\"" + Printable(key) + "\" lists something that is no unique ID");
+            throw Failure(Message("\"%1\" lists something that is no unique ID", Printable(key)));
         ids.push_back(IntegerFromJson(key, id));
     }
     if (ids.empty())
-        throw Failure("\"" + Printable(key) + "\" is an empty list");
+        throw Failure(Message("\"%1\" is an empty list", Printable(key)));
     return ConnectionValue(ids);
 }
 
@@ -135,7 +136,8 @@ PropertyValue ValueFromJson(const std::string& key, const Json& json) {
         if (auto bytes = FromHex(json["data"].get<std::string>()))
             return *std::move(bytes);
     }
-    throw Failure("the value of \"" + Printable(key) + "\" is neither a number, a string nor data");
+    throw Failure(
+        Message("the value of \"%1\" is neither a number, a string nor data", Printable(key)));
 }
 
 std::string DocumentText(const Json& json) {

@@ -2,6 +2,7 @@
 #include "Surfaces/SurfaceGroups.h"
 #include "Surfaces/SurfaceModels.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Json.h"
@@ -36,16 +37,16 @@ struct ScannedSurfaces {
     OSStatus stored = noErr; ///< whether the defaults of the new ones are stored
 };
 
-const char* TypeName(SInt32 type) {
+std::string TypeName(SInt32 type) {
     switch (type) {
     case kSurfaceTypeMackieControl:
         return "Mackie Control";
     case kSurfaceTypeMackieControlExtender:
-        return "Mackie Control extender";
+        return Message("Mackie Control extender");
     case kSurfaceTypeSAC2K:
         return "SAC-2K";
     default:
-        return "other, as the HUI";
+        return Message("other, as the HUI");
     }
 }
 
@@ -75,22 +76,22 @@ ScannedSurfaces ScanSurfaces() {
 
 std::string SurfaceLines(const ListedSurface& surface, OSStatus stored) {
     const MidiDevice& record = surface.record;
-    std::string lines = Strong(JoinedSurfaceName(record, Printable).value_or("(no name)")) +
-                        "\n  " + TypeName(record.surfaceType) + " (type " +
-                        std::to_string(record.surfaceType) + "), group " +
-                        std::to_string(record.groupID) + ", position " +
-                        std::to_string(surface.shownPosition) + ", unique ID " +
-                        std::to_string(record.uniqueID) + "\n";
-    if (surface.isNew)
-        lines +=
-            std::string(stored == noErr ? "  new: this scan stored its default settings, group "
-                                        : "  new: its default settings are group ") +
-            std::to_string(record.groupID) + " and position " +
-            std::to_string(record.groupPosition) + "\n";
+    std::string lines =
+        Strong(JoinedSurfaceName(record, Printable).value_or(Message("(no name)"))) + "\n  " +
+        Message("%1 (type %2), group %3, position %4, unique ID %5", TypeName(record.surfaceType),
+                record.surfaceType, record.groupID, surface.shownPosition, record.uniqueID) +
+        "\n";
+    std::string note;
+    if (surface.isNew && stored == noErr)
+        note = Message("new: this scan stored its default settings, group %1 and position %2",
+                       record.groupID, record.groupPosition);
+    else if (surface.isNew)
+        note = Message("new: its default settings are group %1 and position %2", record.groupID,
+                       record.groupPosition);
     else if (surface.shownPosition != record.groupPosition)
-        lines += "  stored is position " + std::to_string(record.groupPosition) +
-                 "; the program would store the one above\n";
-    return lines;
+        note = Message("stored is position %1; the program would store the one above",
+                       record.groupPosition);
+    return note.empty() ? lines : lines + "  " + note + "\n";
 }
 
 std::string Unchanged(const std::string& name) {
@@ -147,31 +148,35 @@ int Surfaces(const ListOptions& options) {
         lines += SurfaceLines(surface, surfaces.stored);
     }
     if (lines.empty())
-        lines = "There are no compatible surfaces.\n";
+        lines = Message("There are no compatible surfaces.") + "\n";
     std::cout << (options.asJson ? DocumentText(json) : lines);
-    Check(surfaces.stored, "store the default settings of the new surfaces");
+    Check(surfaces.stored, Message("cannot store the default settings of the new surfaces"));
     return kExitDone;
 }
 
 } // namespace
 
 void AddListCommands(CLI::App& program, Action& chosen) {
-    CLI::App* list = program.add_subcommand("list", "Show all devices, ports and cables as a tree");
+    CLI::App* list =
+        program.add_subcommand("list", Message("Show all devices, ports and cables as a tree"));
     auto listOptions = OptionsFor(list, chosen, List);
-    list->add_flag("--json", listOptions->asJson, "Print the document that export writes");
+    list->add_flag("--json", listOptions->asJson, Message("Print the document that export writes"));
 
-    CLI::App* show = program.add_subcommand("show", "Show one object with all its properties");
+    CLI::App* show =
+        program.add_subcommand("show", Message("Show one object with all its properties"));
     auto showOptions = OptionsFor(show, chosen, Show);
-    show->add_option("OBJECT", showOptions->object, "A unique ID or a name")->required();
-    show->add_flag("--json", showOptions->asJson, "Print JSON");
+    show->add_option("OBJECT", showOptions->object, Message("A unique ID or a name"))->required();
+    show->add_flag("--json", showOptions->asJson, Message("Print JSON"));
 
     CLI::App* surfaces = program.add_subcommand(
-        "surfaces", "Show the control surfaces that Sorvex Mackie Setup would find, in its order");
-    Explain(surfaces,
-            "Like the program itself, this stores the default settings (group 0, its unique ID "
-            "as\nposition) for every surface that has none yet; \"list\" stores nothing.");
+        "surfaces",
+        Message("Show the control surfaces that Sorvex Mackie Setup would find, in its order"));
+    Explain(
+        surfaces,
+        Message("Like the program itself, this stores the default settings (group 0, its unique ID "
+                "as\nposition) for every surface that has none yet; \"list\" stores nothing."));
     auto surfacesOptions = OptionsFor(surfaces, chosen, Surfaces);
-    surfaces->add_flag("--json", surfacesOptions->asJson, "Print JSON");
+    surfaces->add_flag("--json", surfacesOptions->asJson, Message("Print JSON"));
 }
 
 } // namespace MidiSetup

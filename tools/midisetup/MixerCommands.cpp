@@ -1,3 +1,4 @@
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Ardour.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
@@ -30,8 +31,9 @@ SInt32 OnlyGroup() {
     for (const PlacedSurface& surface : PlacedSurfaces())
         groups.insert(surface.group);
     if (groups.size() > 1)
-        throw Failure("there are surfaces in several groups; name one: midisetup connect-mixer "
-                      "ardour GROUP");
+        throw Failure(
+            Message("there are surfaces in several groups; name one: midisetup connect-mixer "
+                    "ardour GROUP"));
     return groups.empty() ? 0 : *groups.begin();
 }
 
@@ -78,12 +80,20 @@ std::optional<std::string> FindEnding(const std::vector<std::string>& names,
 /// Tells what to choose by hand in Ardour's window, where its ports stand in this order.
 int TellByHand(const ArdourDevice& device, const std::vector<Row>& rows) {
     std::cout
-        << "No JACK server runs here, so nothing was connected. In Ardour, under Preferences, "
-           "Control Surfaces,\nMackie, choose the device \""
-        << device.name << "\" and these ports for sending and receiving:\n";
-    for (const Row& row : rows)
-        std::cout << "  " << (row.place == device.mainPlace ? "Main" : "Extender") << " at place "
-                  << row.place << ": " << device.name << ", " << Printable(row.surfacePort) << "\n";
+        << Message(
+               "No JACK server runs here, so nothing was connected. In Ardour, under "
+               "Preferences, Control Surfaces,\nMackie, choose the device \"%1\" and these ports "
+               "for sending and receiving:",
+               device.name)
+        << "\n";
+    for (const Row& row : rows) {
+        const std::string port = Printable(row.surfacePort);
+        std::cout << "  "
+                  << (row.place == device.mainPlace
+                          ? Message("Main at place %1: %2, %3", row.place, device.name, port)
+                          : Message("Extender at place %1: %2, %3", row.place, device.name, port))
+                  << "\n";
+    }
     return kExitDone;
 }
 
@@ -95,8 +105,8 @@ bool ConnectOne(const JackServer& server, const std::optional<std::string>& outp
         return false;
     }
     if (!server.Connect(*output, *input))
-        throw Failure("the JACK server refused to connect " + Printable(*output) + " to " +
-                      Printable(*input));
+        throw Failure(Message("the JACK server refused to connect %1 to %2", Printable(*output),
+                              Printable(*input)));
     std::cout << Printable(*output) << " -> " << Printable(*input) << "\n";
     return true;
 }
@@ -113,11 +123,14 @@ int ConnectRows(const JackServer& server, const ArdourDevice& device,
         const auto toMixer = FindEnding(inputs, "mackie control in" + row.mixerEnding);
         const std::string missing =
             !fromUnit || !toUnit
-                ? "the server shows no port " + Printable(row.surfacePort) + " of " + device.name +
-                      "; is surface-ports running, and a2jmidid where the server is not PipeWire's?"
-                : "the server shows no port \"mackie control in" + row.mixerEnding +
-                      "\"; in Ardour, switch on the Mackie control surface with the device " +
-                      device.name + " (\"midisetup export --ardour\" writes it)";
+                ? Message(
+                      "the server shows no port %1 of %2; is surface-ports running, and a2jmidid "
+                      "where the server is not PipeWire's?",
+                      Printable(row.surfacePort), device.name)
+                : Message(
+                      "the server shows no port \"%1\"; in Ardour, switch on the Mackie control "
+                      "surface with the device %2 (\"midisetup export --ardour\" writes it)",
+                      "mackie control in" + row.mixerEnding, device.name);
         isWhole = ConnectOne(server, fromUnit, toMixer, missing) && isWhole;
         if (fromUnit && toMixer)
             isWhole = ConnectOne(server, fromMixer, toUnit, missing) && isWhole;
@@ -138,16 +151,18 @@ int ConnectMixer(const MixerOptions& options) {
 
 void AddMixerCommands(CLI::App& program, Action& chosen) {
     CLI::App* command = program.add_subcommand(
-        "connect-mixer", "Connect a mixer's ports to the surface ports of a group, in order");
-    Explain(command,
-            "Connects what a running JACK server shows, PipeWire's included; without one it "
-            "tells\nwhich port to choose in which row. The mixer is connected once: the "
-            "surface ports stay.");
+        "connect-mixer",
+        Message("Connect a mixer's ports to the surface ports of a group, in order"));
+    Explain(
+        command,
+        Message("Connects what a running JACK server shows, PipeWire's included; without one it "
+                "tells\nwhich port to choose in which row. The mixer is connected once: the "
+                "surface ports stay."));
     auto options = OptionsFor(command, chosen, ConnectMixer);
     command->add_option("MIXER", options->mixer, "ardour")
         ->required()
         ->check(CLI::IsMember({"ardour"}));
-    command->add_option("GROUP", options->group, "Needed where there are several");
+    command->add_option("GROUP", options->group, Message("Needed where there are several"));
 }
 
 } // namespace MidiSetup

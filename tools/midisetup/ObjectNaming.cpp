@@ -1,5 +1,6 @@
 #include "tools/midisetup/ObjectNaming.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
 
@@ -49,11 +50,11 @@ std::string CandidateLines(const std::vector<const NamedObject*>& candidates) {
     std::string lines;
     for (std::size_t i = 0; i < candidates.size() && i < kMostShown; ++i) {
         const NamedObject& candidate = *candidates[i];
-        lines += "\n  " + Printable(candidate.path) + "  (" + candidate.kind + ", unique ID " +
-                 std::to_string(candidate.id) + ")";
+        lines += "\n  " + Message("%1  (%2, unique ID %3)", Printable(candidate.path),
+                                  Filled(candidate.kind.c_str()), candidate.id);
     }
     if (candidates.size() > kMostShown)
-        lines += "\n  and " + std::to_string(candidates.size() - kMostShown) + " more";
+        lines += "\n  " + Counted("and %1 more", "and %1 more", candidates.size() - kMostShown);
     return lines;
 }
 
@@ -84,6 +85,11 @@ bool IsPlainInShell(const std::string& text) {
 
 } // namespace
 
+void RequireName(const std::string& name) {
+    if (name.empty())
+        throw Failure(Message("the name is empty; give one of a letter at least"));
+}
+
 bool IsSimilar(const std::string& given, const std::string& name) {
     if (name.find(given) != std::string::npos)
         return true;
@@ -107,7 +113,7 @@ void ObjectNames::AddDevice(const Device& device) {
 
 void ObjectNames::AddEntity(const Device& device, const Entity& entity) {
     const std::string path = device.name + ":" + entity.name;
-    Add({entity.reference, entity.id, "port", path, {}, &device, &entity});
+    Add({entity.reference, entity.id, Marked("port"), path, {}, &device, &entity});
     for (const Endpoint& source : entity.sources)
         AddEndpoint(&device, &entity, source);
     for (const Endpoint& destination : entity.destinations)
@@ -116,7 +122,7 @@ void ObjectNames::AddEntity(const Device& device, const Entity& entity) {
 
 void ObjectNames::AddEndpoint(const Device* device, const Entity* entity,
                               const Endpoint& endpoint) {
-    const std::string kind = endpoint.isSource ? "source" : "destination";
+    const std::string kind = endpoint.isSource ? Marked("source") : Marked("destination");
     NamedObject object{
         endpoint.reference, endpoint.id, kind, endpoint.name + ":" + kind, {}, device, entity};
     if (entity == nullptr)
@@ -163,15 +169,18 @@ std::vector<const NamedObject*> ObjectNames::Called(std::string_view given) cons
 
 void ObjectNames::FailToName(std::string_view given,
                              const std::vector<const NamedObject*>& called) const {
-    const std::string quoted = "\"" + Printable(given) + "\"";
+    const std::string name = Printable(given);
     if (given.empty())
-        throw Failure("the name is empty; \"midisetup list\" shows what there is");
+        throw Failure(Message("the name is empty; \"midisetup list\" shows what there is"));
     if (!called.empty())
-        throw Failure(quoted + " names more than one; use the unique ID:" + CandidateLines(called));
+        throw Failure(Message("\"%1\" names more than one; use the unique ID:", name) +
+                      CandidateLines(called));
     const auto similar = Similar(given);
     if (!similar.empty())
-        throw Failure("nothing is called " + quoted + "; did you mean" + CandidateLines(similar));
-    throw Failure("nothing is called " + quoted + "; \"midisetup list\" shows what there is");
+        throw Failure(Message("nothing is called \"%1\"; did you mean", name) +
+                      CandidateLines(similar));
+    throw Failure(
+        Message("nothing is called \"%1\"; \"midisetup list\" shows what there is", name));
 }
 
 std::vector<const NamedObject*> ObjectNames::Similar(std::string_view given) const {
@@ -192,7 +201,7 @@ const NamedObject* ObjectNames::WithID(MIDIUniqueID id) const {
 std::string ObjectNames::Describe(MIDIUniqueID id) const {
     const NamedObject* object = WithID(id);
     return object != nullptr ? Printable(object->path)
-                             : "an object that is gone (unique ID " + std::to_string(id) + ")";
+                             : Message("an object that is gone (unique ID %1)", id);
 }
 
 std::string ObjectNames::Word(MIDIUniqueID id) const {

@@ -9,6 +9,9 @@
 
 namespace MidiSetup {
 
+/// Throws Failure where a name that is to be given is empty.
+void RequireName(const std::string& name);
+
 /// Whether a person may have meant `name` by `given`; both in lower case.
 bool IsSimilar(const std::string& given, const std::string& name);
 
@@ -16,8 +19,8 @@ bool IsSimilar(const std::string& given, const std::string& name);
 struct NamedObject {
     MIDIObjectRef reference = 0;
     MIDIUniqueID id = 0;
-    std::string kind;                    ///< "interface", "port", "source" …
-    std::string path;                    ///< "Device", "Device:Port", "Device:Port:source"
+    std::string kind; ///< "interface", "port", "source" …; Filled translates it
+    std::string path; ///< "Device", "Device:Port", "Device:Port:source"
     std::vector<std::string> otherNames; ///< further names, which other objects may share
     const Device* device = nullptr;      ///< the device it is or belongs to; null: a program's
     const Entity* entity = nullptr;      ///< the port it is or belongs to; null for a device

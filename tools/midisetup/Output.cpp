@@ -3,6 +3,7 @@
 #include "Surfaces/IsolatedText.h"
 
 #include <unistd.h>
+#include <wchar.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -113,6 +114,17 @@ std::string EscapedJson(std::string_view json) {
         return Escape("\\u%04x", 0xD7C0 + (code >> 10U)) +
                Escape("\\u%04x", 0xDC00 + (code & 0x3FFU));
     });
+}
+
+std::size_t Columns(std::string_view text) {
+    std::size_t columns = 0;
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        columns +=
+            static_cast<std::size_t>(std::max(wcwidth(static_cast<wchar_t>(character.code)), 0));
+        text.remove_prefix(std::max<std::size_t>(character.bytes, 1));
+    }
+    return columns;
 }
 
 std::string LowerCase(std::string_view text) {

@@ -16,6 +16,9 @@ std::string Printable(std::string_view text);
 /// JSON, with such characters in its strings written as JSON escapes them.
 std::string EscapedJson(std::string_view json);
 
+/// How many columns of a terminal the text takes.
+std::size_t Columns(std::string_view text);
+
 /// Of the letters A to Z.
 std::string LowerCase(std::string_view text);
 

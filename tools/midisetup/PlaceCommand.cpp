@@ -1,10 +1,12 @@
 #include "Surfaces/SurfaceGroups.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/ObjectNaming.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
+#include "tools/midisetup/Usage.h"
 
 namespace MidiSetup {
 
@@ -22,7 +24,9 @@ std::string OthersAt(const PlaceOptions& place, const Studio& studio, const Devi
         const GroupSettings settings = StoredSettings(device.reference);
         const bool isThere = settings.group == place.group && settings.position == place.position;
         if (isThere && &device != &surface && IsSurface(device))
-            others += Printable(device.name) + " has that place, too; give it another one.\n";
+            others +=
+                Message("%1 has that place, too; give it another one.", Printable(device.name)) +
+                "\n";
     }
     return others;
 }
@@ -32,26 +36,28 @@ std::string Place(const PlaceOptions& options) {
     const ObjectNames names(studio);
     const Device* const surface = names.Named(options.surface).device;
     if (surface == nullptr || !IsSurface(*surface))
-        throw Failure("\"" + Printable(options.surface) +
-                      R"(" is no control surface; "midisetup surfaces" shows which there are)");
+        throw Failure(Message("\"%1\" is no control surface; \"midisetup surfaces\" shows which "
+                              "there are",
+                              Printable(options.surface)));
     SetProperty(surface->reference, kGroupPositionKey, options.position);
     SetProperty(surface->reference, kGroupIDKey, options.group);
-    return Printable(surface->name) + ": group " + std::to_string(options.group) + ", position " +
-           std::to_string(options.position) + "\n" + OthersAt(options, studio, *surface);
+    return Message("%1: group %2, position %3", Printable(surface->name), options.group,
+                   options.position) +
+           "\n" + OthersAt(options, studio, *surface);
 }
 
 } // namespace
 
 void AddPlaceCommand(CLI::App& program, Action& chosen) {
-    CLI::App* place = program.add_subcommand("place", "Give a surface its group and position");
-    Explain(place, "Both are whole numbers from 0 to 127. The surface may be unplugged.");
+    CLI::App* place =
+        program.add_subcommand("place", Message("Give a surface its group and position"));
+    Explain(place, Message("Both are whole numbers from 0 to 127. The surface may be unplugged."));
     auto options = OptionsForChange(place, chosen, Place);
-    place->add_option("SURFACE", options->surface, "A unique ID or a name")->required();
-    const CLI::Range range(kFirstGroupSetting, kLastGroupSetting);
-    place->add_option("GROUP", options->group, "The group")->required()->check(range);
-    place->add_option("POSITION", options->position, "The place within it")
-        ->required()
-        ->check(range);
+    place->add_option("SURFACE", options->surface, Message("A unique ID or a name"))->required();
+    for (CLI::Option* const number :
+         {place->add_option("GROUP", options->group, Message("The group")),
+          place->add_option("POSITION", options->position, Message("The place within it"))})
+        Restrict(number->required(), kFirstGroupSetting, kLastGroupSetting);
 }
 
 } // namespace MidiSetup

@@ -1,3 +1,4 @@
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
 
@@ -55,17 +56,16 @@ path Companion(const std::vector<const char*>& places) {
         if (path file = (own / place).lexically_normal(); std::filesystem::exists(file, error))
             return file;
     }
-    throw Failure("surface-ports is not installed beside midisetup");
+    throw Failure(Message("surface-ports is not installed beside midisetup"));
 }
 
 path SurfacePorts() {
     return Companion({"surface-ports", "../surface-ports/surface-ports"});
 }
 
-void SystemctlForUser(std::vector<std::string> words) {
-    words.insert(words.begin(), {"systemctl", "--user"});
-    if (Run(words, Output::Shown) != 0)
-        throw Failure("systemctl could not " + words[2] + " surface-ports");
+void SystemctlForUser(const char* verb, const std::string& unit) {
+    if (Run({"systemctl", "--user", verb, "--now", unit}, Output::Shown) != 0)
+        throw Failure(Message("\"systemctl --user %1\" failed for surface-ports", verb));
 }
 
 int Ports(const PortsOptions& options) {
@@ -73,14 +73,14 @@ int Ports(const PortsOptions& options) {
     if (!options.isEnabling && !options.isDisabling)
         return Run({program, "--list"}, Output::Shown) == 0 ? kExitDone : kExitFailed;
     if (Run({"systemctl", "--user", "show-environment"}, Output::Dropped) != 0)
-        throw Failure("there is no systemd here that looks after a user's services. Start\n  " +
-                      program.string() + "\nwhen you log in, and end it to be without the ports.");
+        throw Failure(Message("there is no systemd here that looks after a user's services. Start\n"
+                              "  %1\nwhen you log in, and end it to be without the ports.",
+                              program.string()));
     if (options.isDisabling)
-        SystemctlForUser({"disable", "--now", "surface-ports.service"});
+        SystemctlForUser("disable", "surface-ports.service");
     else
-        SystemctlForUser({"enable", "--now",
-                          Companion({"../lib/systemd/user/surface-ports.service",
-                                     "../surface-ports/surface-ports.service"})});
+        SystemctlForUser("enable", Companion({"../lib/systemd/user/surface-ports.service",
+                                              "../surface-ports/surface-ports.service"}));
     return kExitDone;
 }
 
@@ -88,11 +88,12 @@ int Ports(const PortsOptions& options) {
 
 void AddPortsCommand(CLI::App& program, Action& chosen) {
     CLI::App* ports = program.add_subcommand(
-        "ports", "Show the ports that surface-ports keeps for mixers, and who is connected");
+        "ports",
+        Message("Show the ports that surface-ports keeps for mixers, and who is connected"));
     auto options = OptionsFor(ports, chosen, Ports);
     auto* enable = ports->add_flag("--enable", options->isEnabling,
-                                   "Start surface-ports now and whenever you log in");
-    ports->add_flag("--disable", options->isDisabling, "End it, now and for good")
+                                   Message("Start surface-ports now and whenever you log in"));
+    ports->add_flag("--disable", options->isDisabling, Message("End it, now and for good"))
         ->excludes(enable);
 }
 

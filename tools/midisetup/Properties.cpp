@@ -1,5 +1,7 @@
 #include "tools/midisetup/Properties.h"
 
+#include "tools/messages/Messages.h"
+#include "tools/messages/ServiceMessages.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
 
@@ -14,19 +16,17 @@ namespace {
 std::string MeaningOf(OSStatus status) {
     switch (status) {
     case kMIDIUnknownProperty:
-        return "it has no such property of its own";
+        return Message("it has no such property of its own");
     case kMIDIWrongPropertyType:
-        return "the property has another type";
+        return Message("the property has another type");
     case kMIDIObjectNotFound:
-        return "there is no such object any more";
+        return Message("there is no such object any more");
     case kMIDIIDNotUnique:
-        return "another object has that unique ID";
+        return Message("another object has that unique ID");
     case kMIDINotPermitted:
-        return "the MIDI service does not permit it";
-    default: {
-        const Text text(KestrinMIDICopyStatusText(status));
-        return text ? MidiObject::FromText(text.Get()) : "it failed";
-    }
+        return Message("the MIDI service does not permit it");
+    default:
+        return ServiceMessage(KestrinMIDICopyStatusText(status));
     }
 }
 
@@ -46,7 +46,7 @@ OSStatus Store(MIDIObjectRef object, CFStringRef key, const PropertyValue& value
 Text RequireText(std::string_view utf8) {
     Text text = MidiObject::ToText(utf8);
     if (!text)
-        throw Failure("\"" + Printable(utf8) + "\" is not valid UTF-8");
+        throw Failure(Message("\"%1\" is not valid UTF-8", Printable(utf8)));
     return text;
 }
 
@@ -90,17 +90,18 @@ std::vector<std::pair<std::string, PropertyValue>> LiveProperties(MIDIObjectRef 
 }
 
 void SetProperty(MIDIObjectRef object, const std::string& key, const PropertyValue& value) {
-    Check(Store(object, RequireText(key).Get(), value), "set \"" + Printable(key) + "\"");
+    Check(Store(object, RequireText(key).Get(), value),
+          Message("cannot set \"%1\"", Printable(key)));
 }
 
 void RemoveProperty(MIDIObjectRef object, const std::string& key) {
     Check(MIDIObjectRemoveProperty(object, RequireText(key).Get()),
-          "remove \"" + Printable(key) + "\"");
+          Message("cannot remove \"%1\"", Printable(key)));
 }
 
-void Check(OSStatus status, const std::string& action) {
+void Check(OSStatus status, const std::string& refusal) {
     if (status != noErr)
-        throw Failure("cannot " + action + ": " + MeaningOf(status));
+        throw Failure(Message("%1: %2", refusal, MeaningOf(status)));
 }
 
 std::string ToHex(const Bytes& bytes) {

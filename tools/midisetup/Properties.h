@@ -28,8 +28,9 @@ std::vector<std::pair<std::string, PropertyValue>> LiveProperties(MIDIObjectRef 
 void SetProperty(MIDIObjectRef object, const std::string& key, const PropertyValue& value);
 void RemoveProperty(MIDIObjectRef object, const std::string& key);
 
-/// Throws Failure with the meaning of `status` unless it is success. `action` completes "cannot …".
-void Check(OSStatus status, const std::string& action);
+/// Throws Failure with the meaning of `status` unless it is success. `refusal` tells what could not
+/// be done.
+void Check(OSStatus status, const std::string& refusal);
 
 /// Bytes as pairs of hexadecimal digits, and back; nothing when `hex` is not that.
 std::string ToHex(const Bytes& bytes);

@@ -1,3 +1,4 @@
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/ObjectNaming.h"
@@ -35,9 +36,9 @@ MIDIObjectRef Reference(const std::string& object) {
     return ObjectNames(studio).Named(object).reference;
 }
 
-void RequireNotEmpty(const std::string& text, const char* what) {
-    if (text.empty())
-        throw Failure(std::string(what) + " is empty; give one of a letter at least");
+void RequireKey(const std::string& key) {
+    if (key.empty())
+        throw Failure(Message("the key is empty; give one of a letter at least"));
 }
 
 /// Keys that look like a surface's settings and are read by nobody.
@@ -46,8 +47,10 @@ void RefuseMistakenKey(const std::string& key, const Device* device) {
     const bool looksLikeSetting =
         lower == "group" || lower == "position" || lower == "groupid" || lower == "grouppos";
     if (looksLikeSetting && device != nullptr && IsSurface(*device))
-        throw Failure("no program reads \"" + Printable(key) +
-                      "\"; a surface gets its place by: midisetup place SURFACE GROUP POSITION");
+        throw Failure(
+            Message("no program reads \"%1\"; a surface gets its place by: midisetup place "
+                    "SURFACE GROUP POSITION",
+                    Printable(key)));
 }
 
 std::string ShownValue(const PropertyValue& value) {
@@ -70,7 +73,7 @@ PropertyValue NumberOrString(const std::string& value) {
     if (result.ptr != end || value.empty())
         return value;
     if (result.ec == std::errc::result_out_of_range)
-        throw Failure("the number does not fit 32 bits; --string stores it as a text");
+        throw Failure(Message("the number does not fit 32 bits; --string stores it as a text"));
     return number;
 }
 
@@ -78,7 +81,7 @@ PropertyValue ValueFor(const SetOptions& options) {
     if (options.asData) {
         if (auto bytes = FromHex(options.value))
             return *std::move(bytes);
-        throw Failure("data is given as pairs of hexadecimal digits, as in 0a0b");
+        throw Failure(Message("data is given as pairs of hexadecimal digits, as in 0a0b"));
     }
     if (options.asString || IsTextKey(options.key))
         return options.value;
@@ -88,8 +91,8 @@ PropertyValue ValueFor(const SetOptions& options) {
 int Get(const PropertyOptions& options) {
     const auto value = GetProperty(Reference(options.object), options.key);
     if (!value)
-        throw Failure("\"" + Printable(options.object) + "\" has no property \"" +
-                      Printable(options.key) + "\"");
+        throw Failure(Message("\"%1\" has no property \"%2\"", Printable(options.object),
+                              Printable(options.key)));
     std::cout << ShownValue(*value) << "\n";
     return kExitDone;
 }
@@ -99,60 +102,64 @@ std::string Set(const SetOptions& options) {
     const ObjectNames names(studio);
     const NamedObject& object = names.Named(options.object);
     const PropertyValue value = ValueFor(options);
-    RequireNotEmpty(options.key, "the key");
+    RequireKey(options.key);
     RefuseMistakenKey(options.key, object.device);
     if (options.key == "name")
-        RequireNotEmpty(options.value, "the name");
+        RequireName(options.value);
     if (const auto fault = FaultInSetting(object.id, options.key, value))
-        throw Failure(*fault + ", not \"" + Printable(options.value) +
-                      "\"; try: midisetup place SURFACE GROUP POSITION");
+        throw Failure(Message("%1, not \"%2\"; try: midisetup place SURFACE GROUP POSITION", *fault,
+                              Printable(options.value)));
     SetProperty(object.reference, options.key, value);
     return "";
 }
 
 std::string Unset(const PropertyOptions& options) {
-    RequireNotEmpty(options.key, "the key");
+    RequireKey(options.key);
     RemoveProperty(Reference(options.object), options.key);
     return "";
 }
 
 std::string Rename(const RenameOptions& options) {
-    RequireNotEmpty(options.name, "the name");
+    RequireName(options.name);
     SetProperty(Reference(options.object), "name", options.name);
     return "";
 }
 
 void AddOptionsOnProperty(CLI::App* command, PropertyOptions& options) {
-    command->add_option("OBJECT", options.object, "A unique ID or a name")->required();
-    command->add_option("KEY", options.key, "The property, such as manufacturer")->required();
+    command->add_option("OBJECT", options.object, Message("A unique ID or a name"))->required();
+    command->add_option("KEY", options.key, Message("The property, such as manufacturer"))
+        ->required();
 }
 
 } // namespace
 
 void AddPropertyCommands(CLI::App& program, Action& chosen) {
     CLI::App* get =
-        program.add_subcommand("get", "Print a property, the object's own or its owner's");
+        program.add_subcommand("get", Message("Print a property, the object's own or its owner's"));
     AddOptionsOnProperty(get, *OptionsFor(get, chosen, Get));
-    CLI::App* unset = program.add_subcommand("unset", "Remove an object's own property");
+    CLI::App* unset = program.add_subcommand("unset", Message("Remove an object's own property"));
     AddOptionsOnProperty(unset, *OptionsForChange(unset, chosen, Unset));
 
-    CLI::App* set = program.add_subcommand("set", "Set a property");
-    Explain(set,
+    CLI::App* set = program.add_subcommand("set", Message("Set a property"));
+    Explain(
+        set,
+        Message(
             "A VALUE that is a whole number is stored as one, any other as a text. The values of "
             "name,\nmanufacturer and model are always texts. A surface's group and position are "
-            "set by \"place\".");
+            "set by \"place\"."));
     auto setOptions = OptionsForChange(set, chosen, Set);
-    set->add_option("OBJECT", setOptions->object, "A unique ID or a name")->required();
-    set->add_option("KEY", setOptions->key, "The property")->required();
-    set->add_option("VALUE", setOptions->value, "The new value")->required();
-    auto* asString = set->add_flag("--string", setOptions->asString, "VALUE is a text");
-    set->add_flag("--data", setOptions->asData, "VALUE is data in hexadecimal digits")
+    set->add_option("OBJECT", setOptions->object, Message("A unique ID or a name"))->required();
+    set->add_option("KEY", setOptions->key, Message("The property"))->required();
+    set->add_option("VALUE", setOptions->value, Message("The new value"))->required();
+    auto* asString = set->add_flag("--string", setOptions->asString, Message("VALUE is a text"));
+    set->add_flag("--data", setOptions->asData, Message("VALUE is data in hexadecimal digits"))
         ->excludes(asString);
 
-    CLI::App* rename = program.add_subcommand("rename", "Give an object another name");
+    CLI::App* rename = program.add_subcommand("rename", Message("Give an object another name"));
     auto renameOptions = OptionsForChange(rename, chosen, Rename);
-    rename->add_option("OBJECT", renameOptions->object, "A unique ID or a name")->required();
-    rename->add_option("NAME", renameOptions->name, "The new name")->required();
+    rename->add_option("OBJECT", renameOptions->object, Message("A unique ID or a name"))
+        ->required();
+    rename->add_option("NAME", renameOptions->name, Message("The new name"))->required();
 }
 
 } // namespace MidiSetup

@@ -1,5 +1,6 @@
 #include "tools/midisetup/SafeFile.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Output.h"
 
@@ -17,8 +18,8 @@ namespace MidiSetup {
 namespace {
 
 [[noreturn]] void FailToWrite(const std::string& file, int error) {
-    throw Failure("cannot write " + Printable(file) + ": " +
-                  std::generic_category().message(error));
+    throw Failure(
+        Message("cannot write %1: %2", Printable(file), std::generic_category().message(error)));
 }
 
 /// Writes all and has it on the disk; 0, or the error's number.
@@ -71,7 +72,7 @@ std::string ReadAtMost(const std::string& file, std::size_t most) {
     if (file != "-") {
         opened.open(file, std::ios::binary);
         if (!opened || std::filesystem::is_directory(file))
-            throw Failure("cannot read " + Printable(file));
+            throw Failure(Message("cannot read %1", Printable(file)));
     }
     std::istream& input = file == "-" ? std::cin : opened;
     std::string text;
@@ -79,8 +80,8 @@ std::string ReadAtMost(const std::string& file, std::size_t most) {
     while (input.read(block, sizeof block) || input.gcount() > 0) {
         text.append(block, static_cast<std::size_t>(input.gcount()));
         if (text.size() > most)
-            throw Failure(Printable(file) + " is larger than " + std::to_string(most >> 20U) +
-                          " MiB; that is no document of a studio");
+            throw Failure(Message("%1 is larger than %2 MiB; that is no document of a studio",
+                                  Printable(file), most >> 20U));
     }
     return text;
 }

@@ -3,6 +3,8 @@
 #include "Surfaces/SurfaceDiscovery.h"
 #include "Surfaces/SurfaceGroups.h"
 
+#include "tools/messages/Messages.h"
+#include "tools/messages/ServiceMessages.h"
 #include "tools/midisetup/Failure.h"
 #include "tools/midisetup/Properties.h"
 
@@ -84,20 +86,19 @@ Studio ReadStudio() {
 void RequireDatabase() {
     if (KestrinMIDIGetDatabaseState() == kKestrinMIDIDatabaseReady)
         return;
-    const Text problem(KestrinMIDICopyDatabaseProblem());
-    throw Failure(
-        (problem ? MidiObject::FromText(problem.Get()) : "The MIDI database cannot be used.") +
-        "\n\"midisetup doctor\" tells what to do.");
+    const std::string problem = ServiceMessage(KestrinMIDICopyDatabaseProblem());
+    throw Failure((problem.empty() ? Message("The MIDI database can't be used.") : problem) + "\n" +
+                  Message("\"midisetup doctor\" tells what to do."));
 }
 
 const char* KindName(DeviceKind kind) {
     switch (kind) {
     case DeviceKind::kCard:
-        return "card";
+        return Marked("card");
     case DeviceKind::kInterface:
-        return "interface";
+        return Marked("interface");
     case DeviceKind::kExternal:
-        return "external";
+        return Marked("external");
     }
     return "";
 }

@@ -3,6 +3,7 @@
 #include "Surfaces/SurfaceGroups.h"
 #include "Surfaces/SurfaceModels.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Output.h"
 
 namespace MidiSetup {
@@ -28,6 +29,12 @@ std::string SetCommand(const std::string& word, const char* key, std::string_vie
     return "midisetup set " + word + " " + key + " " + Quoted(value);
 }
 
+std::string SetCommands(const std::string& word, std::string_view manufacturer,
+                        std::string_view model) {
+    return SetCommand(word, "manufacturer", manufacturer) + " && " +
+           SetCommand(word, "model", model);
+}
+
 } // namespace
 
 std::optional<std::string> FaultInSetting(MIDIUniqueID id, const std::string& key,
@@ -40,9 +47,10 @@ std::optional<std::string> FaultInSetting(MIDIUniqueID id, const std::string& ke
         number != nullptr && *number >= kFirstGroupSetting && *number <= kLastGroupSetting;
     if (fits || (isPosition && number != nullptr && *number == id))
         return std::nullopt;
-    return std::string("a surface's ") + (isPosition ? "position" : "group") +
-           " is a whole number from " + std::to_string(kFirstGroupSetting) + " to " +
-           std::to_string(kLastGroupSetting);
+    return isPosition ? Message("a surface's position is a whole number from %1 to %2",
+                                kFirstGroupSetting, kLastGroupSetting)
+                      : Message("a surface's group is a whole number from %1 to %2",
+                                kFirstGroupSetting, kLastGroupSetting);
 }
 
 std::optional<std::string> ModelHint(const Device& device, const std::string& word) {
@@ -55,28 +63,28 @@ std::optional<std::string> ModelHint(const Device& device, const std::string& wo
         return std::nullopt;
     const SurfaceModel* const known = FindSurfaceModel(manufacturer, model);
     if (known != nullptr && known->isOwnPort)
-        return Quoted(model) +
-               " is found as a surface only where it is plugged in itself. If it "
-               "is cabled to a port: " +
-               SetCommand(word, "manufacturer", "Mackie") + " && " +
-               SetCommand(word, "model", "Mackie Control");
+        return Message("%1 is found as a surface only where it is plugged in itself. If it is "
+                       "cabled to a port: %2",
+                       Quoted(model), SetCommands(word, "Mackie", "Mackie Control"));
     if (known != nullptr) {
         const bool seemsExtender =
             LowerCase(model.substr(known->model.size())).find("xt") != std::string::npos;
         if (known->type != kSurfaceTypeMackieControl || !seemsExtender)
             return std::nullopt;
-        return Quoted(model) + " is taken for a main unit, since it begins with " +
-               Quoted(known->model) +
-               ". If it is an extender: " + SetCommand(word, "model", kExtenderModel);
+        return Message("%1 is taken for a main unit, since it begins with %2. If it is an "
+                       "extender: %3",
+                       Quoted(model), Quoted(known->model),
+                       SetCommand(word, "model", kExtenderModel));
     }
     const SurfaceModel* const near = NearlyFitting(model);
     if (near == nullptr)
         return std::nullopt;
-    return Quoted(model) + " of " +
-           (manufacturer.empty() ? "no manufacturer" : Quoted(manufacturer)) +
-           " is taken for no surface. If it is one: " +
-           SetCommand(word, "manufacturer", near->manufacturer) + " && " +
-           SetCommand(word, "model", near->model);
+    const std::string commands = SetCommands(word, near->manufacturer, near->model);
+    if (manufacturer.empty())
+        return Message("%1 of no manufacturer is taken for no surface. If it is one: %2",
+                       Quoted(model), commands);
+    return Message("%1 of %2 is taken for no surface. If it is one: %3", Quoted(model),
+                   Quoted(manufacturer), commands);
 }
 
 } // namespace MidiSetup

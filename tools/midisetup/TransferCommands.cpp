@@ -1,3 +1,5 @@
+#include "tools/messages/Messages.h"
+#include "tools/messages/ServiceMessages.h"
 #include "tools/midisetup/Ardour.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Failure.h"
@@ -33,14 +35,14 @@ struct ImportOptions {
 
 /// The database and the files that SQLite keeps beside it are not for writing over.
 void RefuseDatabase(const std::string& file) {
-    const Text path(KestrinMIDICopyDatabasePath());
-    const std::string database = path ? MidiObject::FromText(path.Get()) : "";
+    const std::string database = DatabasePath();
     for (const char* const ending : {"", "-wal", "-shm"}) {
         std::error_code error;
         if (std::filesystem::weakly_canonical(file, error) ==
                 std::filesystem::weakly_canonical(database + ending, error) ||
             std::filesystem::equivalent(file, database + ending, error))
-            throw Failure(Printable(file) + " is the MIDI database itself; export to another file");
+            throw Failure(
+                Message("%1 is the MIDI database itself; export to another file", Printable(file)));
     }
 }
 
@@ -52,17 +54,19 @@ int ExportForArdour(SInt32 group, const std::string& wantedFolder) {
                                              : std::optional<std::filesystem::path>(wantedFolder);
     if (!folder)
         throw Failure(
-            "this user has no Ardour configuration folder yet; start Ardour once, or name "
-            "a folder with --to");
+            Message("this user has no Ardour configuration folder yet; start Ardour once, or name "
+                    "a folder with --to"));
     std::error_code error;
     std::filesystem::create_directories(*folder, error);
     if (error)
-        throw Failure("cannot make the folder " + Printable(folder->string()) + ": " +
-                      error.message());
+        throw Failure(
+            Message("cannot make the folder %1: %2", Printable(folder->string()), error.message()));
     const std::filesystem::path file = *folder / ("surfaces-" + std::to_string(group) + ".device");
     WriteSafely(file.string(), ArdourDeviceText(device));
-    std::cout << "Wrote " << Printable(file.string()) << ". In Ardour, choose the device \""
-              << device.name << "\" of the Mackie control surface.\n";
+    std::cout << Message("Wrote %1. In Ardour, choose the device \"%2\" of the Mackie control "
+                         "surface.",
+                         Printable(file.string()), device.name)
+              << "\n";
     return kExitDone;
 }
 
@@ -87,10 +91,12 @@ int Export(const ExportOptions& options) {
 }
 
 bool Confirmed() {
-    std::cout << "Make these changes? [y/N] " << std::flush;
+    std::cout << Message("Make these changes? [y/N]") << " " << std::flush;
     std::string answer;
     std::getline(std::cin, answer);
-    return answer == "y" || answer == "Y" || answer == "yes";
+    answer = LowerCase(answer);
+    // The letter and the word that the question leads to expect, and English ones.
+    return answer == "y" || answer == "yes" || answer == Message("y") || answer == Message("yes");
 }
 
 std::string LinesOf(const ImportPlan& plan) {
@@ -106,8 +112,9 @@ void Apply(const Json& document, const std::optional<std::string>& shown) {
     const ObjectNames names(studio);
     const ImportPlan plan = PlanImport(document, studio, names);
     if (shown && *shown != LinesOf(plan))
-        throw Failure("the studio was changed meanwhile, so that nothing was brought in; import "
-                      "again to see what would change now");
+        throw Failure(
+            Message("the studio was changed meanwhile, so that nothing was brought in; import "
+                    "again to see what would change now"));
     for (const Change& change : plan.changes)
         change.apply();
 }
@@ -119,7 +126,8 @@ std::string Show(const Json& document) {
     const ImportPlan plan = PlanImport(document, studio, names);
     for (const std::string& note : plan.notes)
         std::cerr << "midisetup: " << note << "\n";
-    std::cout << (plan.changes.empty() ? "There is nothing to change.\n" : LinesOf(plan));
+    std::cout << (plan.changes.empty() ? Message("There is nothing to change.") + "\n"
+                                       : LinesOf(plan));
     return LinesOf(plan);
 }
 
@@ -129,7 +137,7 @@ int Import(const ImportOptions& options) {
     if (shown.empty())
         return kExitDone;
     if (!options.yes && !Confirmed())
-        throw Failure("nothing was changed");
+        throw Failure(Message("nothing was changed"));
     return InOneChange([&] {
         Apply(document, options.yes ? std::nullopt : std::optional(shown));
         return std::string();
@@ -140,36 +148,38 @@ int Import(const ImportOptions& options) {
 
 void AddTransferCommands(CLI::App& program, Action& chosen) {
     CLI::App* exporting = program.add_subcommand(
-        "export", "Write all devices, ports, cables and settings as one JSON document");
+        "export", Message("Write all devices, ports, cables and settings as one JSON document"));
     auto exportOptions = OptionsFor(exporting, chosen, Export);
     CLI::Option* file =
-        exporting->add_option("FILE", exportOptions->file, "Where to; - is standard output")
+        exporting
+            ->add_option("FILE", exportOptions->file, Message("Where to; - is standard output"))
             ->capture_default_str();
 
     CLI::Option* udev = exporting->add_flag(
         "--udev", exportOptions->udev,
-        "Write udev rules instead that give each plugged USB unit a stable card ID");
+        Message("Write udev rules instead that give each plugged USB unit a stable card ID"));
     CLI::Option* ardour =
         exporting
             ->add_option("--ardour", exportOptions->ardourGroup,
-                         "Write the description of this group that Ardour reads instead")
+                         Message("Write the description of this group that Ardour reads instead"))
             ->excludes(file)
             ->excludes(udev);
     exporting
         ->add_option("--to", exportOptions->folder,
-                     "The folder for it, if not that of the newest Ardour of this user")
+                     Message("The folder for it, if not that of the newest Ardour of this user"))
         ->needs(ardour);
 
-    CLI::App* importing = program.add_subcommand("import", "Bring in a document that export wrote");
-    Explain(
-        importing,
-        "Shows what would change, and asks. Objects that the document does not mention "
-        "stay as\nthey are; those that it does get exactly its properties. All is brought in, or "
-        "nothing.");
+    CLI::App* importing =
+        program.add_subcommand("import", Message("Bring in a document that export wrote"));
+    Explain(importing,
+            Message("Shows what would change, and asks. Objects that the document does not mention "
+                    "stay as\nthey are; those that it does get exactly its properties. All is "
+                    "brought in, or "
+                    "nothing."));
     auto importOptions = OptionsFor(importing, chosen, Import);
-    importing->add_option("FILE", importOptions->file, "The document; - is standard input")
+    importing->add_option("FILE", importOptions->file, Message("The document; - is standard input"))
         ->required();
-    importing->add_flag("-y,--yes", importOptions->yes, "Do not ask");
+    importing->add_flag("-y,--yes", importOptions->yes, Message("Do not ask"));
 }
 
 } // namespace MidiSetup

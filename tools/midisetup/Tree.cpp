@@ -1,5 +1,6 @@
 #include "tools/midisetup/Tree.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Connections.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Properties.h"
@@ -17,26 +18,27 @@ namespace {
 
 /// A name that a person can see, even where there is none.
 std::string ShownName(const std::string& name) {
-    return name.empty() ? "(no name)" : Printable(name);
+    return name.empty() ? Message("(no name)") : Printable(name);
 }
 
-std::string SettingText(const char* caption, std::optional<SInt32> value) {
-    return std::string(caption) + (value ? std::to_string(*value) : "not set");
+std::string SettingText(std::optional<SInt32> value) {
+    return value ? std::to_string(*value) : Message("not set");
 }
 
 std::string SettingsText(const Device& device) {
     const GroupSettings settings = StoredSettings(device.reference);
-    const bool isDefault = settings.position == device.id;
-    if (settings.group || settings.position)
-        return SettingText(", surface: group ", settings.group) +
-               (isDefault ? ", no position chosen" : SettingText(", position ", settings.position));
-    return IsSurface(device) ? ", surface: new, no group yet" : "";
+    const std::string group = SettingText(settings.group);
+    if (!settings.group && !settings.position)
+        return IsSurface(device) ? ", " + Message("surface: new, no group yet") : "";
+    if (settings.position == device.id)
+        return ", " + Message("surface: group %1, no position chosen", group);
+    return ", " + Message("surface: group %1, position %2", group, SettingText(settings.position));
 }
 
 std::string DirectionsOf(const Entity& entity) {
     if (entity.destinations.empty())
-        return entity.sources.empty() ? "no direction" : "in";
-    return entity.sources.empty() ? "out" : "in, out";
+        return entity.sources.empty() ? Message("no direction") : Message("in");
+    return entity.sources.empty() ? Message("out") : Message("in, out");
 }
 
 std::set<MIDIUniqueID> ConnectedTo(const std::vector<Endpoint>& endpoints) {
@@ -54,7 +56,7 @@ std::string PlaceText(MIDIObjectRef object) {
     const auto port = MidiObject::Integer(object, kKestrinMIDIPropertySequencerPort);
     if (!client || !port)
         return "";
-    return Faint("  at " + std::to_string(*client) + ":" + std::to_string(*port));
+    return Faint("  " + Message("at %1:%2", *client, *port));
 }
 
 /// The cables of a port, one line each; a cable in one direction only is drawn as an arrow.
@@ -73,12 +75,16 @@ std::string CableLines(const Entity& entity, const ObjectNames& names) {
     return lines;
 }
 
+std::string OfflineText() {
+    return Faint(" (" + Message("offline") + ")");
+}
+
 std::string DeviceLines(const Device& device, const ObjectNames& names) {
     std::string head = "  " + Strong(ShownName(device.name));
     if (device.kind == DeviceKind::kInterface)
-        head += " (added)";
+        head += " (" + Message("added") + ")";
     if (device.isOffline)
-        head += Faint(" (offline)");
+        head += OfflineText();
     head += SettingsText(device) + Faint("  #" + std::to_string(device.id)) + "\n";
     for (const Entity& entity : device.entities) {
         head += "    " + ShownName(entity.name) + " (" + DirectionsOf(entity) + ")" +
@@ -89,24 +95,25 @@ std::string DeviceLines(const Device& device, const ObjectNames& names) {
     return head;
 }
 
-std::string DevicesSection(const char* title, const Studio& studio, const ObjectNames& names,
+std::string DevicesSection(const std::string& title, const Studio& studio, const ObjectNames& names,
                            bool external) {
     std::string lines;
     for (const Device& device : studio.devices) {
         if ((device.kind == DeviceKind::kExternal) == external)
             lines += DeviceLines(device, names);
     }
-    return lines.empty() ? "" : std::string(title) + "\n" + lines;
+    return lines.empty() ? "" : title + "\n" + lines;
 }
 
 std::string ProgramsSection(const Studio& studio) {
     std::string lines;
     for (const Endpoint& endpoint : studio.programEndpoints) {
-        lines += "  " + ShownName(endpoint.name) + (endpoint.isSource ? " (in)" : " (out)") +
-                 (endpoint.isOffline ? Faint(" (offline)") : "") + PlaceText(endpoint.reference) +
+        lines += "  " + ShownName(endpoint.name) + " (" +
+                 (endpoint.isSource ? Message("in") : Message("out")) + ")" +
+                 (endpoint.isOffline ? OfflineText() : "") + PlaceText(endpoint.reference) +
                  Faint("  #" + std::to_string(endpoint.id)) + "\n";
     }
-    return lines.empty() ? "" : "Ports of programs\n" + lines;
+    return lines.empty() ? "" : Message("Ports of programs") + "\n" + lines;
 }
 
 /// "0a73:0006", as other tools show it.
@@ -122,7 +129,7 @@ std::string ValueText(const std::string& key, const PropertyValue& value,
     if (key == MidiObject::FromText(kMIDIPropertyConnectionUniqueID)) {
         std::string connected;
         for (const MIDIUniqueID id : ConnectionsIn(value))
-            connected += (connected.empty() ? "" : ", ") + names.Describe(id);
+            connected = Listed(connected, names.Describe(id));
         return connected;
     }
     if (const auto* number = std::get_if<SInt32>(&value))
@@ -131,7 +138,7 @@ std::string ValueText(const std::string& key, const PropertyValue& value,
                    : std::to_string(*number);
     if (const auto* text = std::get_if<std::string>(&value))
         return "\"" + Printable(*text) + "\"";
-    return "data " + ToHex(std::get<Bytes>(value));
+    return Message("data %1", ToHex(std::get<Bytes>(value)));
 }
 
 class PropertyLister {
@@ -158,25 +165,28 @@ private:
 } // namespace
 
 std::string TreeOf(const Studio& studio, const ObjectNames& names) {
-    std::string tree = DevicesSection("Interfaces", studio, names, false) +
-                       DevicesSection("External devices", studio, names, true) +
+    std::string tree = DevicesSection(Message("Interfaces"), studio, names, false) +
+                       DevicesSection(Message("External devices"), studio, names, true) +
                        ProgramsSection(studio);
-    return tree.empty() ? "There are no MIDI devices. \"midisetup add\" adds one by hand, "
-                          "\"midisetup demo\" a demonstration studio.\n"
+    return tree.empty() ? Message("There are no MIDI devices. \"midisetup add\" adds one by hand, "
+                                  "\"midisetup demo\" a demonstration studio.") +
+                              "\n"
                         : tree;
 }
 
 std::string DetailsOf(const NamedObject& object, const ObjectNames& names) {
-    std::string lines = Strong(ShownName(object.path)) + "\n  kind: " + object.kind +
-                        "\n  unique ID: " + std::to_string(object.id) + "\n";
+    std::string lines = Strong(ShownName(object.path)) + "\n  " +
+                        Message("kind: %1", Filled(object.kind.c_str())) + "\n  " +
+                        Message("unique ID: %1", object.id) + "\n";
     PropertyLister lister(names);
     lines += lister.Lines(object.reference, "");
     if (object.entity != nullptr && object.entity->reference != object.reference)
-        lines += lister.Lines(object.entity->reference, "  (from its port)");
+        lines += lister.Lines(object.entity->reference, "  " + Message("(from its port)"));
     if (object.device != nullptr && object.device->reference != object.reference)
-        lines += lister.Lines(object.device->reference, "  (from its device)");
+        lines += lister.Lines(object.device->reference, "  " + Message("(from its device)"));
     for (const auto& [key, value] : LiveProperties(object.reference))
-        lines += "  " + key + ": " + ValueText(key, value, names) + Faint("  (now)") + "\n";
+        lines += "  " + key + ": " + ValueText(key, value, names) + Faint("  " + Message("(now)")) +
+                 "\n";
     return lines;
 }
 

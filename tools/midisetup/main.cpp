@@ -1,3 +1,4 @@
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/Commands.h"
 #include "tools/midisetup/Completion.h"
 #include "tools/midisetup/Failure.h"
@@ -11,13 +12,19 @@
 namespace {
 
 void Describe(CLI::App& program) {
-    program.description("Shows and changes the MIDI devices that programs find on this machine: "
-                        "the interfaces,\nwhat is cabled to their ports, and the settings of "
-                        "control surfaces.");
-    program.footer("An OBJECT is named by its unique ID, or by its name: \"Device\", "
-                   "\"Device:Port\",\n\"Device:Port:source\" or \"Device:Port:destination\".\n"
-                   "KESTRIN_MIDI_DATABASE names another database file.");
-    program.set_version_flag("--version", "midisetup " MIDISETUP_VERSION);
+    program.description(
+        Message("Shows and changes the MIDI devices that programs find on this machine: "
+                "the interfaces,\nwhat is cabled to their ports, and the settings of "
+                "control surfaces."));
+    program.footer(Message("An OBJECT is named by its unique ID, or by its name: \"Device\", "
+                           "\"Device:Port\",\n\"Device:Port:source\" or "
+                           "\"Device:Port:destination\".\n"
+                           "KESTRIN_MIDI_DATABASE names another database file."));
+    program.formatter(std::make_shared<MidiSetup::HelpFormatter>());
+    program.group(Message("Subcommands"));
+    program.set_help_flag("-h,--help", Message("Print this help message and exit"));
+    program.set_version_flag("--version", "midisetup " MIDISETUP_VERSION,
+                             Message("Display program version information and exit"));
     program.require_subcommand(1);
 }
 
@@ -29,8 +36,8 @@ int Parse(CLI::App& program, std::vector<std::string> words) {
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0)
             return program.exit(error);
-        throw MidiSetup::UsageFailure(MidiSetup::UsageProblem(program, words, error) +
-                                      "\n\"midisetup help\" explains the commands.");
+        throw MidiSetup::UsageFailure(MidiSetup::UsageProblem(program, words, error) + "\n" +
+                                      Message("\"midisetup help\" explains the commands."));
     }
 }
 
@@ -56,7 +63,8 @@ int Run(const MidiSetup::Action& action) {
     }
     std::cout.flush();
     if (!std::cout && problem.empty()) {
-        problem = "midisetup: standard output cannot be written, so that some of it is missing";
+        problem = "midisetup: " +
+                  Message("standard output cannot be written, so that some of it is missing");
         exitCode = MidiSetup::kExitFailed;
     }
     if (!problem.empty())
@@ -71,6 +79,7 @@ void MidiSetup::Explain(CLI::App* command, const std::string& details) {
 }
 
 int main(int argc, char** argv) {
+    UseLanguageOfUser();
     CLI::App program("", "midisetup");
     MidiSetup::Action chosen;
     Describe(program);
@@ -84,7 +93,7 @@ int main(int argc, char** argv) {
     MidiSetup::AddDemoCommand(program, chosen);
     MidiSetup::AddDoctorCommand(program, chosen);
     MidiSetup::AddPortsCommand(program, chosen);
-    program.add_subcommand("help", "Explain the commands, or the one that is named");
+    program.add_subcommand("help", Message("Explain the commands, or the one that is named"));
     const std::vector<std::string> words = WordsOf(argc, argv);
     return Run([&]() -> int {
         // What the shells' completions ask; no command for a person.

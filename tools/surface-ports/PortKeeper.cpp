@@ -2,6 +2,8 @@
 
 #include "Surfaces/PlacedSurfaces.h"
 
+#include "tools/messages/Messages.h"
+
 #include <algorithm>
 
 namespace SurfacePorts {
@@ -55,8 +57,8 @@ void PortKeeper::CloseGroupsWithout(const Plan& plan) {
 void PortKeeper::KeepGroup(const Group& group) {
     if (!fPorts.contains(group.number) &&
         !fSequencer.OpenGroup(group.number, SurfaceClientName(group.number))) {
-        fComplaints.insert("The sequencer has no room for " + SurfaceClientName(group.number) +
-                           ".");
+        fComplaints.insert(
+            Message("The sequencer has no room for %1.", SurfaceClientName(group.number)));
         return;
     }
     std::vector<std::string>& open = fPorts[group.number];
@@ -70,8 +72,8 @@ void PortKeeper::KeepGroup(const Group& group) {
         } else if (fSequencer.OpenPort(group.number, port, wanted[i])) {
             open.push_back(wanted[i]);
         } else {
-            fComplaints.insert("The sequencer has no room for all ports of " +
-                               SurfaceClientName(group.number) + ".");
+            fComplaints.insert(Message("The sequencer has no room for all ports of %1.",
+                                       SurfaceClientName(group.number)));
             return;
         }
     }
@@ -90,7 +92,8 @@ void PortKeeper::KeepLink(const Unit& unit, Direction direction,
     if (!address) {
         fSequencer.Unlink(unit.id, direction);
     } else if (fSequencer.Link(unit.id, direction, *address) == LinkState::Held) {
-        fComplaints.insert(unit.name + " is held by another program; it is taken when it is free.");
+        fComplaints.insert(
+            Message("%1 is held by another program; it is taken when it is free.", unit.name));
         fIsWaiting = true;
     }
 }

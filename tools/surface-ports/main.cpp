@@ -1,6 +1,8 @@
 #include "Surfaces/MidiObject.h"
 #include "Surfaces/PlacedSurfaces.h"
 
+#include "tools/messages/Messages.h"
+#include "tools/messages/ServiceMessages.h"
 #include "tools/surface-ports/AlsaSequencer.h"
 #include "tools/surface-ports/PortKeeper.h"
 
@@ -24,14 +26,17 @@ namespace {
 using namespace SurfacePorts;
 
 constexpr int kWaitingMilliseconds = 1000;
-constexpr const char* kUsage =
-    "surface-ports keeps, for each group of control surfaces, one sequencer client with a port "
-    "for\n"
-    "each surface in the order of their positions. A mixer is connected to these once. It runs\n"
-    "until it is ended.\n\n"
-    "  surface-ports           run\n"
-    "  surface-ports --list    show the ports of the running one, and who is connected to them\n"
-    "  surface-ports --version print the version\n";
+
+std::string Usage() {
+    return Message(
+        "surface-ports keeps, for each group of control surfaces, one sequencer client with a port "
+        "for\neach surface in the order of their positions. A mixer is connected to these once. It "
+        "runs\nuntil it is ended.\n\n"
+        "  surface-ports           run\n"
+        "  surface-ports --list    show the ports of the running one, and who is connected to "
+        "them\n"
+        "  surface-ports --version print the version\n");
+}
 
 /// Whether no other process of this user has it; it is this one's from now until its end.
 bool BecomeOnlyInstance() {
@@ -57,9 +62,9 @@ int EndingDescriptor() {
 }
 
 std::string DatabaseProblem() {
-    const MidiObject::Text problem(KestrinMIDICopyDatabaseProblem());
-    return (problem ? MidiObject::FromText(problem.Get()) : "The MIDI database is not there.") +
-           " The ports stay as they are.";
+    const std::string problem = ServiceMessage(KestrinMIDICopyDatabaseProblem());
+    return Message("%1 The ports stay as they are.",
+                   problem.empty() ? Message("The MIDI database is not there.") : problem);
 }
 
 /// The ports, and what was said about them.
@@ -89,11 +94,11 @@ bool Keeping::HasSequencer(std::set<std::string>& complaints) {
     if (fSequencer)
         fKeeper.emplace(*fSequencer);
     else if (state == kKestrinMIDISequencerReady)
-        complaints.insert("The sequencer has no room for this program.");
+        complaints.insert(Message("The sequencer has no room for this program."));
     else
         complaints.insert(state == kKestrinMIDISequencerMissing
-                              ? "This machine has no sequencer now; waiting for one."
-                              : "The sequencer may not be opened by this user; waiting.");
+                              ? Message("This machine has no sequencer now; waiting for one.")
+                              : Message("The sequencer may not be opened by this user; waiting."));
     return fSequencer != nullptr;
 }
 
@@ -116,7 +121,7 @@ void Keeping::Look() {
 
 int Run() {
     if (!BecomeOnlyInstance()) {
-        std::cerr << "surface-ports is running already.\n";
+        std::cerr << Message("surface-ports is running already.") << "\n";
         return EXIT_FAILURE;
     }
     std::array<pollfd, 2> waiting{{{EndingDescriptor(), POLLIN, 0}, {-1, POLLIN, 0}}};
@@ -139,11 +144,10 @@ std::string UnitBehind(const Plan& plan, const OpenPort& port) {
         if (SurfaceClientName(group.number) != port.client || place >= group.units.size())
             continue;
         const Unit& unit = group.units[place];
-        return unit.from ? unit.name + " at " + std::to_string(unit.from->client) + ":" +
-                               std::to_string(unit.from->port)
-                         : unit.name + ", unplugged";
+        return unit.from ? Message("%1 at %2:%3", unit.name, unit.from->client, unit.from->port)
+                         : Message("%1, unplugged", unit.name);
     }
-    return "nothing";
+    return Message("nothing");
 }
 
 int List() {
@@ -151,34 +155,37 @@ int List() {
     const std::vector<OpenPort> ports = OpenPorts();
     for (const OpenPort& port : ports) {
         std::cout << port.client << " (" << port.address.client << ":" << port.address.port << ")  "
-                  << port.name << "  <-> " << UnitBehind(plan, port) << "\n    connected: ";
-        const char* between = "";
-        for (const std::string& client : port.connected) {
-            std::cout << between << client;
-            between = ", ";
-        }
-        std::cout << (port.connected.empty() ? "nobody\n" : "\n");
+                  << port.name << "  <-> " << UnitBehind(plan, port) << "\n    ";
+        std::string connected;
+        for (const std::string& client : port.connected)
+            connected = Listed(connected, client);
+        std::cout << (connected.empty() ? Message("connected: nobody")
+                                        : Message("connected: %1", connected))
+                  << "\n";
     }
     if (ports.empty())
-        std::cout << "There are no surface ports: surface-ports does not run, or no surface has a "
-                     "place in a group.\n";
+        std::cout << Message(
+                         "There are no surface ports: surface-ports does not run, or no surface "
+                         "has a place in a group.")
+                  << "\n";
     return EXIT_SUCCESS;
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
+    UseLanguageOfUser();
     const std::string_view argument = count > 1 ? arguments[1] : "";
     if (count == 1)
         return Run();
     if (count == 2 && argument == "--list")
         return KestrinMIDIGetSequencerState() == kKestrinMIDISequencerReady
                    ? List()
-                   : (std::cerr << "This machine has no sequencer.\n", EXIT_FAILURE);
+                   : (std::cerr << Message("This machine has no sequencer.") << "\n", EXIT_FAILURE);
     if (count == 2 && (argument == "--help" || argument == "-h"))
-        return std::cout << kUsage, EXIT_SUCCESS;
+        return std::cout << Usage(), EXIT_SUCCESS;
     if (count == 2 && argument == "--version")
         return std::cout << "surface-ports " SURFACE_PORTS_VERSION "\n", EXIT_SUCCESS;
-    std::cerr << kUsage;
+    std::cerr << Usage();
     return 2;
 }

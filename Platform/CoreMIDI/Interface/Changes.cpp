@@ -10,29 +10,29 @@ namespace {
 const char* KnownText(OSStatus status) {
     switch (status) {
     case kKestrinMIDIErrLocked:
-        return "Another program keeps the MIDI database locked.";
+        return Sentence("Another program keeps the MIDI database locked.");
     case kKestrinMIDIErrFull:
-        return "The disk with the MIDI database is full.";
+        return Sentence("The disk with the MIDI database is full.");
     case kKestrinMIDIErrReadOnly:
-        return "The MIDI database can only be read, not written.";
+        return Sentence("The MIDI database can only be read, not written.");
     case kKestrinMIDIErrDisk:
-        return "The disk with the MIDI database can't be read or written.";
+        return Sentence("The disk with the MIDI database can't be read or written.");
     case kKestrinMIDIErrDamaged:
-        return "The MIDI database is damaged.";
+        return Sentence("The MIDI database is damaged.");
     case kKestrinMIDIErrAbandoned:
-        return "The changes were abandoned.";
+        return Sentence("The changes were abandoned.");
     case kMIDIServerStartErr:
-        return "The MIDI database can't be used.";
+        return Sentence("The MIDI database can't be used.");
     case kMIDIUnknownProperty:
-        return "There is no such property.";
+        return Sentence("There is no such property.");
     case kMIDIWrongPropertyType:
-        return "The property has another type.";
+        return Sentence("The property has another type.");
     case kMIDIObjectNotFound:
-        return "There is no such MIDI object any more.";
+        return Sentence("There is no such MIDI object any more.");
     case kMIDIIDNotUnique:
-        return "Another MIDI object has that unique ID.";
+        return Sentence("Another MIDI object has that unique ID.");
     case kMIDINotPermitted:
-        return "The MIDI service does not permit it.";
+        return Sentence("The MIDI service does not permit it.");
     default:
         return nullptr;
     }
@@ -46,7 +46,8 @@ std::string StatusText(OSStatus status) {
     }
     if (const char* const known = KnownText(status))
         return known;
-    return "The MIDI service failed for an unknown reason (" + std::to_string(status) + ").";
+    return Sentence("The MIDI service failed for an unknown reason (%2).", {},
+                    std::to_string(status));
 }
 
 } // namespace

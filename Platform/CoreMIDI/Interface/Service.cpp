@@ -90,8 +90,9 @@ void Service::Refresh() {
     try {
         OpenOrReadAnew();
     } catch (const std::exception& error) {
-        GiveUp({kKestrinMIDIDatabaseUnreachable, "The MIDI database " + DatabasePath().string() +
-                                                     " can't be used (" + error.what() + ")."});
+        GiveUp(
+            {kKestrinMIDIDatabaseUnreachable,
+             Sentence("The MIDI database %1 can't be used (%2).", DatabasePath(), error.what())});
     }
 }
 
@@ -106,9 +107,10 @@ void Service::OpenOrReadAnew() {
 
 bool Service::MayTryAgain() {
     if (fIsForked) {
-        fProblem = {kKestrinMIDIDatabaseLocked,
-                    "This process was forked from one that uses the MIDI database, which remains "
-                    "with that one."};
+        fProblem = {
+            kKestrinMIDIDatabaseLocked,
+            Sentence("This process was forked from one that uses the MIDI database, which remains "
+                     "with that one.")};
         return false;
     }
     const auto now = std::chrono::steady_clock::now();

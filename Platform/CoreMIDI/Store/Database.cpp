@@ -71,11 +71,17 @@ void KeepOnClose(sqlite3* connection, bool untouched) {
     sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, untouched ? 1 : 0, nullptr);
 }
 
-std::string Sentence(const std::filesystem::path& path, const std::string& rest) {
-    return "The MIDI database " + path.string() + " " + rest;
-}
-
 } // namespace
+
+std::string Sentence(std::string pattern, const std::filesystem::path& path,
+                     const std::string& cause) {
+    // The cause first: the path may hold anything.
+    if (const std::size_t place = pattern.find("%2"); place != std::string::npos)
+        pattern.replace(place, 2, cause);
+    if (const std::size_t place = pattern.find("%1"); place != std::string::npos)
+        pattern.replace(place, 2, path.string());
+    return pattern;
+}
 
 std::filesystem::path DatabasePath() {
     const char* const named = std::getenv("KESTRIN_MIDI_DATABASE");
@@ -119,26 +125,33 @@ DatabaseProblem ProblemOf(int code, const std::filesystem::path& path) {
         return {};
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-        return {kKestrinMIDIDatabaseLocked,
-                Sentence(path, "has been kept locked by another program for too long.")};
+        return {
+            kKestrinMIDIDatabaseLocked,
+            Sentence("The MIDI database %1 has been kept locked by another program for too long.",
+                     path)};
     case SQLITE_READONLY:
-        return {kKestrinMIDIDatabaseReadOnly, Sentence(path, "can only be read, not written.")};
+        return {kKestrinMIDIDatabaseReadOnly,
+                Sentence("The MIDI database %1 can only be read, not written.", path)};
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_AUTH:
         if (std::error_code none; std::filesystem::is_regular_file(path, none))
-            return {kKestrinMIDIDatabaseReadOnly,
-                    Sentence(path, "can't be opened for reading and writing in its folder.")};
-        return {kKestrinMIDIDatabaseNoFolder, Sentence(path, "can't be made in its folder.")};
+            return {
+                kKestrinMIDIDatabaseReadOnly,
+                Sentence(
+                    "The MIDI database %1 can't be opened for reading and writing in its folder.",
+                    path)};
+        return {kKestrinMIDIDatabaseNoFolder,
+                Sentence("The MIDI database %1 can't be made in its folder.", path)};
     case SQLITE_IOERR:
     case SQLITE_FULL:
     case SQLITE_NOMEM:
         return {kKestrinMIDIDatabaseUnreachable,
-                Sentence(path,
-                         std::string("can't be read or written (") + sqlite3_errstr(code) + ").")};
+                Sentence("The MIDI database %1 can't be read or written (%2).", path,
+                         sqlite3_errstr(code))};
     default:
         return {kKestrinMIDIDatabaseDamaged,
-                Sentence(path, std::string("is damaged (") + sqlite3_errstr(code) + ").")};
+                Sentence("The MIDI database %1 is damaged (%2).", path, sqlite3_errstr(code))};
     }
 }
 
@@ -147,8 +160,8 @@ std::unique_ptr<Database> Database::Open(const std::filesystem::path& path,
     const std::filesystem::path folder = path.parent_path();
     if (const int error = MakeFolders(folder)) {
         problem = {kKestrinMIDIDatabaseNoFolder,
-                   "The folder " + folder.string() +
-                       " for the MIDI database can't be made: " + std::strerror(error) + "."};
+                   Sentence("The folder %1 for the MIDI database can't be made (%2).", folder,
+                            std::strerror(error))};
         return nullptr;
     }
     ConnectionHolder connection;

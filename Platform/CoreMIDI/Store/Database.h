@@ -19,6 +19,15 @@ struct DatabaseProblem {
     std::string text;
 };
 
+/// An English sentence for a person: `pattern` with the path as %1 and, in parentheses, the cause
+/// as %2. A program that speaks another language finds the pattern in its table.
+std::string Sentence(std::string pattern, const std::filesystem::path& path,
+                     const std::string& cause = {});
+/// The same for one without places.
+constexpr const char* Sentence(const char* whole) {
+    return whole;
+}
+
 /// The name of the database file that the environment asks for.
 std::filesystem::path DatabasePath();
 

@@ -234,9 +234,9 @@ std::string DamageIn(sqlite3* connection, std::size_t rowsLost) {
     if (std::string found = FirstRow(connection, "PRAGMA integrity_check(1)"); found != "ok")
         return found;
     if (std::string table = FirstRow(connection, "PRAGMA foreign_key_check"); !table.empty())
-        return "Rows of the table " + table + " belong to objects that are not there.";
+        return Sentence("Rows of a table belong to objects that are not there (%2).", {}, table);
     if (rowsLost > 0)
-        return std::to_string(rowsLost) + " rows make no sense.";
+        return Sentence("Some rows make no sense (%2).", {}, std::to_string(rowsLost));
     return {};
 }
 

@@ -113,14 +113,14 @@ DatabaseProblem CheckMarks(const FileMarks& marks, const std::filesystem::path& 
         return {};
     if (marks.application != kApplicationID)
         return {kKestrinMIDIDatabaseForeign,
-                "The file " + path.string() + " is a database of some other program."};
+                Sentence("The file %1 is a database of some other program.", path)};
     if (marks.version < 0)
         return ProblemOf(SQLITE_CORRUPT, path);
     if (marks.version > kVersion)
         return {kKestrinMIDIDatabaseNewer,
-                "The MIDI database " + path.string() + " was written by a newer version (schema " +
-                    std::to_string(marks.version) + ", this version knows " +
-                    std::to_string(kVersion) + ")."};
+                Sentence("The MIDI database %1 was written by a newer version (%2).", path,
+                         "schema " + std::to_string(marks.version) + ", this version knows " +
+                             std::to_string(kVersion))};
     return {};
 }
 

@@ -26,7 +26,9 @@ enum {
 KestrinMIDIDatabaseState KestrinMIDIGetDatabaseState(void);
 
 /// The reason why the database can't be opened, one English sentence for a person, or null when all
-/// is well. The caller releases it.
+/// is well. The caller releases it. A program that speaks another language finds it in its table,
+/// as it does the sentences below, when it takes the path of the database, or of its folder, and
+/// what stands in parentheses at the end for variable.
 CFStringRef KestrinMIDICopyDatabaseProblem(void);
 
 /// Reads the whole file and looks for damage that opening it does not meet. Null when all is well,
