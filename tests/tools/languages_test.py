@@ -54,7 +54,7 @@ class Languages(unittest.TestCase):
         self.assertIn(f"Der Ordner {folder} für die MIDI-Datenbank kann nicht angelegt werden (",
                       self.run_tool("list", database=folder / "objects.sqlite3"))
         for words, expected in [(["place", "a", "1", "128"], "POSITION: der Wert 128 liegt nicht zwischen 0 und 127\n"),
-                                (["list", "a", "b"], "Diese Argumente wurden nicht erwartet: b a\n"),
+                                (["list", "a", "b"], "nicht erwartet: a b\n"),
                                 (["export", "--to", "x"], "--to braucht auch --ardour\n"),
                                 (["set"], "OBJECT fehlt\nAufruf: midisetup set OBJECT")]:
             self.assertIn(expected, self.run_tool(*words))
@@ -69,13 +69,14 @@ class Languages(unittest.TestCase):
 
     def test_explains_every_command_in_columns_in_every_language(self):
         self.assertGreater(len(LANGUAGES), 0)
+        english = self.run_tool("--help", LANGUAGE="en")
         for language in LANGUAGES:
             program_help = self.run_tool("--help", LANGUAGE=language)
             commands = [line.split()[0] for line in program_help.split(":\n")[2].splitlines() if line[:3].strip()]
             self.assertIn("doctor", commands)
             for command in commands:
-                told, english = (self.run_tool(command, "--help", LANGUAGE=one) for one in (language, "en"))
-                self.assertNotEqual(told.splitlines()[0], english.splitlines()[0], (language, command))
+                told = self.run_tool(command, "--help", LANGUAGE=language)
+                self.assertNotIn(told.splitlines()[0], english)
                 options = told[:told.index("\n\n", told.index("  -h,--help"))].splitlines()
                 for option in options:
                     _, *description = re.split(" {2,}", option.strip())

@@ -1,5 +1,6 @@
 #include "tools/midisetup/Completion.h"
 
+#include "tools/messages/Messages.h"
 #include "tools/midisetup/ObjectNaming.h"
 #include "tools/midisetup/Output.h"
 #include "tools/midisetup/Usage.h"
@@ -51,7 +52,7 @@ std::string ObjectLines(const std::string& argument) {
     for (const NamedObject& object : names.All()) {
         const bool isClear = names.IsNamedByPath(object) && Escaped(object.path) == object.path;
         if (Takes(argument, object))
-            lines += isClear ? Line(object.path, object.kind)
+            lines += isClear ? Line(object.path, Filled(object.kind.c_str()))
                              : Line(std::to_string(object.id), Escaped(object.path));
     }
     return lines;

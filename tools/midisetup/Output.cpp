@@ -2,6 +2,8 @@
 
 #include "Surfaces/IsolatedText.h"
 
+#include "tools/messages/Messages.h"
+
 #include <unistd.h>
 #include <wchar.h>
 
@@ -103,6 +105,10 @@ std::string Escaped(std::string_view text) {
 
 std::string Printable(std::string_view text) {
     return Isolated(Escaped(text));
+}
+
+std::string Quoted(std::string_view text) {
+    return Message("\"%1\"", Printable(text));
 }
 
 std::string EscapedJson(std::string_view json) {

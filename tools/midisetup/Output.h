@@ -13,6 +13,9 @@ std::string Escaped(std::string_view text);
 /// The same, isolated where it reads from right to left: for joining with other texts.
 std::string Printable(std::string_view text);
 
+/// The same between the quotation marks of the user's language.
+std::string Quoted(std::string_view text);
+
 /// JSON, with such characters in its strings written as JSON escapes them.
 std::string EscapedJson(std::string_view json);
 

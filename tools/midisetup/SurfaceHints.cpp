@@ -12,10 +12,6 @@ namespace {
 
 constexpr std::string_view kExtenderModel = "Mackie Control Exp";
 
-std::string Quoted(std::string_view text) {
-    return "\"" + Printable(text) + "\"";
-}
-
 /// The model whose beginning this is but for letter case or the manufacturer.
 const SurfaceModel* NearlyFitting(const std::string& model) {
     for (const SurfaceModel& known : kSurfaceModels) {
@@ -26,7 +22,7 @@ const SurfaceModel* NearlyFitting(const std::string& model) {
 }
 
 std::string SetCommand(const std::string& word, const char* key, std::string_view value) {
-    return "midisetup set " + word + " " + key + " " + Quoted(value);
+    return "midisetup set " + word + " " + key + " \"" + Printable(value) + "\"";
 }
 
 std::string SetCommands(const std::string& word, std::string_view manufacturer,

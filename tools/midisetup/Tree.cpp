@@ -29,10 +29,10 @@ std::string SettingsText(const Device& device) {
     const GroupSettings settings = StoredSettings(device.reference);
     const std::string group = SettingText(settings.group);
     if (!settings.group && !settings.position)
-        return IsSurface(device) ? ", " + Message("surface: new, no group yet") : "";
+        return IsSurface(device) ? Message("surface: new, no group yet") : "";
     if (settings.position == device.id)
-        return ", " + Message("surface: group %1, no position chosen", group);
-    return ", " + Message("surface: group %1, position %2", group, SettingText(settings.position));
+        return Message("surface: group %1, no position chosen", group);
+    return Message("surface: group %1, position %2", group, SettingText(settings.position));
 }
 
 std::string DirectionsOf(const Entity& entity) {
@@ -85,7 +85,9 @@ std::string DeviceLines(const Device& device, const ObjectNames& names) {
         head += " (" + Message("added") + ")";
     if (device.isOffline)
         head += OfflineText();
-    head += SettingsText(device) + Faint("  #" + std::to_string(device.id)) + "\n";
+    if (const std::string settings = SettingsText(device); !settings.empty())
+        head = Listed(head, settings);
+    head += Faint("  #" + std::to_string(device.id)) + "\n";
     for (const Entity& entity : device.entities) {
         head += "    " + ShownName(entity.name) + " (" + DirectionsOf(entity) + ")" +
                 PlaceText(entity.reference) + "\n";

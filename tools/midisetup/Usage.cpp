@@ -26,10 +26,6 @@ bool IsOption(const std::string& word) {
 
 namespace {
 
-std::string Quoted(const std::string& word) {
-    return "\"" + Printable(word) + "\"";
-}
-
 /// "midisetup add external".
 std::string FullName(const CLI::App& app) {
     return (app.get_parent() != nullptr ? FullName(*app.get_parent()) + " " : "") + app.get_name();
