@@ -83,8 +83,9 @@ void PortKeeper::KeepGroup(const Group& group) {
 
 void PortKeeper::KeepUnit(const Unit& unit) {
     fUnits.insert(unit.id);
-    KeepLink(unit, Direction::FromUnit, unit.from);
+    // In this order: what a unit said before anybody listened comes now, and its mixer answers.
     KeepLink(unit, Direction::ToUnit, unit.to);
+    KeepLink(unit, Direction::FromUnit, unit.from);
 }
 
 void PortKeeper::KeepLink(const Unit& unit, Direction direction,

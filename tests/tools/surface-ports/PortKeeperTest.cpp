@@ -33,9 +33,11 @@ public:
         EXPECT_EQ(static_cast<std::size_t>(port) + 1, fPorts[group].size());
         fPorts[group].pop_back();
     }
-    LinkState Link(MIDIUniqueID unit, Direction, const Address& address) override {
+    LinkState Link(MIDIUniqueID unit, Direction direction, const Address& address) override {
         if (address == fHeld)
             return LinkState::Held;
+        EXPECT_TRUE(direction == Direction::ToUnit || fAddresses.contains(unit))
+            << "what its mixer answers would be lost";
         fAddresses[unit] = address.client;
         return LinkState::Linked;
     }
