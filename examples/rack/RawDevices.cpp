@@ -16,15 +16,23 @@ struct RawDevice {
     DeviceHolder output;
 };
 
-RawDevice Open(const std::string& name) {
-    snd_rawmidi_t* input = nullptr;
-    snd_rawmidi_t* output = nullptr;
-    if (const int result = snd_rawmidi_open(&input, &output, name.c_str(), SND_RAWMIDI_NONBLOCK);
-        result < 0)
+void Check(int result, const std::string& name) {
+    if (result < 0)
         throw std::runtime_error("The MIDI device " + name +
                                  " cannot be opened: " + snd_strerror(result));
-    RawDevice device{DeviceHolder(input), DeviceHolder(output)};
-    snd_rawmidi_nonblock(output, 0); // what a unit says is never dropped
+}
+
+/// Two descriptors, as only one of the two may block: what a unit says is never dropped.
+RawDevice Open(const std::string& name) {
+    snd_rawmidi_t* opened = nullptr;
+    Check(snd_rawmidi_open(&opened, nullptr, name.c_str(), SND_RAWMIDI_NONBLOCK), name);
+    RawDevice device{DeviceHolder(opened), nullptr};
+    Check(snd_rawmidi_open(nullptr, &opened, name.c_str(), SND_RAWMIDI_NONBLOCK), name);
+    device.output.reset(opened);
+    snd_rawmidi_nonblock(opened, 0);
+    // The kernel drops what comes before the first reading: the answer to a unit's first words.
+    std::uint8_t none = 0;
+    snd_rawmidi_read(device.input.get(), &none, 0);
     return device;
 }
 

@@ -1,5 +1,7 @@
 #include "examples/rack/Unit.h"
 
+#include "examples/rack/Hexadecimal.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -53,11 +55,6 @@ std::uint8_t High(int position) {
     return static_cast<std::uint8_t>(position >> 7);
 }
 
-std::string Hexadecimal(std::uint8_t byte) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    return {kDigits[byte >> 4], kDigits[byte & 0x0F]};
-}
-
 } // namespace
 
 Unit::Unit(UnitModel model, int number, Host host)
@@ -102,14 +99,16 @@ void Unit::TakeMessage(const MidiBytes& message) {
     else if (!isHUI && kind == 0xE0)
         TakeFader(message[0] & 0x0F, message[1] | message[2] << 7);
     else if (!isHUI && kind == 0x90)
-        fHost.report("lamp " + Hexadecimal(message[1]) + (message[2] ? " on" : " off"));
+        fHost.report("lamp " + Hexadecimal({&message[1], 1}) + (message[2] ? " on" : " off"));
+    else
+        fHost.report("heard " + Hexadecimal(message));
 }
 
 void Unit::TakeFader(int strip, int position) {
     if (!HasStrip(strip))
         return;
     fPositions[static_cast<std::size_t>(strip)] = position;
-    fHost.report("fader " + std::to_string(strip) + " " + std::to_string(position));
+    fHost.report("fader " + std::to_string(strip + 1) + " " + std::to_string(position));
 }
 
 void Unit::TakeHUIControl(std::uint8_t control, std::uint8_t value) {
@@ -131,11 +130,11 @@ void Unit::TakeExclusive(const MidiBytes& message) {
         return;
     }
     constexpr std::size_t kHeader = 6; // F0, three of the manufacturer, the family, the command
-    const bool isForUs =
-        message.size() > kHeader &&
-        std::equal(kManufacturer.begin(), kManufacturer.end(), message.begin() + 1) &&
-        message[4] == FamilyOf(fModel);
-    if (!isForUs)
+    const bool isOurs = message.size() > kHeader &&
+                        std::equal(kManufacturer.begin(), kManufacturer.end(), message.begin() + 1);
+    if (!isOurs)
+        fHost.report("heard " + Hexadecimal(message));
+    if (!isOurs || message[4] != FamilyOf(fModel))
         return;
     const std::span body(message.begin() + kHeader, message.end() - 1);
     if (fModel == UnitModel::HUI)

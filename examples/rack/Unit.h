@@ -18,7 +18,8 @@ public:
     static constexpr int kMasterStrip = 8; ///< the main unit has one
     static constexpr int kHighestPosition = 0x3FFF;
 
-    /// `send` takes whole messages to the host; `report` a line for a person on what the host did.
+    /// `send` takes whole messages to the host; `report` a line for a person on what the host did,
+    /// in which strips count from 1, the master fader being 9.
     struct Host {
         std::function<void(const MidiBytes& message)> send;
         std::function<void(const std::string& line)> report;
@@ -40,6 +41,8 @@ public:
     void Move(int strip, int position);
     /// Presses and releases a button, named by its note number.
     void Press(int note);
+    /// Says any whole message.
+    void Send(const MidiBytes& message) { fHost.send(message); }
 
     bool HasStrip(int strip) const;
     int Position(int strip) const { return fPositions.at(static_cast<std::size_t>(strip)); }

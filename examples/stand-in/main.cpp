@@ -8,6 +8,7 @@
 // "join" connects two of the client's ports to each other. PORT and STRIP count from 1.
 
 #include "examples/rack/Cables.h"
+#include "examples/rack/Hexadecimal.h"
 #include "examples/stand-in/SequencerPorts.h"
 
 #include <unistd.h>
@@ -38,21 +39,6 @@ MidiBytes Exclusive(std::uint8_t family, std::uint8_t command, const MidiBytes& 
 MidiBytes FaderMove(int strip, int position) {
     return {static_cast<std::uint8_t>(0xE0 | strip), static_cast<std::uint8_t>(position & 0x7F),
             static_cast<std::uint8_t>(position >> 7)};
-}
-
-MidiBytes FromHexadecimal(const std::string& digits) {
-    MidiBytes bytes;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
-        bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(i, 2), nullptr, 16)));
-    return bytes;
-}
-
-std::string Hexadecimal(const MidiBytes& bytes) {
-    std::string digits;
-    for (const std::uint8_t byte : bytes)
-        for (const int digit : {byte >> 4, byte & 0x0F})
-            digits += "0123456789abcdef"[digit];
-    return digits;
 }
 
 class Mixer {
@@ -117,7 +103,7 @@ void Mixer::HearMessage(std::size_t port, const MidiBytes& message) {
                          message[kHeader - 1] == kConnectionQuery &&
                          std::equal(start.begin(), start.begin() + kHeader - 2, message.begin());
     if (isQuery) {
-        std::cout << "unit " << Hexadecimal({message[kHeader - 2]}) << std::endl;
+        std::cout << "unit " << Hexadecimal({&message[kHeader - 2], 1}) << std::endl;
         Answer(port, message);
     } else if ((message[0] & 0xF0) == 0xE0) {
         std::cout << "fader " << (message[0] & 0x0F) + 1 << ' ' << (message[1] | message[2] << 7)

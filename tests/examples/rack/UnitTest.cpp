@@ -54,9 +54,10 @@ TEST(RackUnit, FollowsAHostWhoseMessagesComeInPiecesAndEchoesNothing) {
     rack.Take({0xF8, 0x40, 0x02, 0x41}); // a clock inside, then running status
     rack.Take({0xE9, 0x00, 0x00});       // there is no such fader
     rack.Take({0xF0, 0x00, 0x00, 0x66, 0x14, 0x12, 0x38, 'H'});
-    rack.Take({'i', 0xF7, 0x90, 0x5E, 0x7F});
-    EXPECT_THAT(rack.Reported(), ElementsAre("fader 2 8193", "fader 2 8322",
-                                             testing::HasSubstr("\"Hi "), "lamp 5E on"));
+    rack.Take({'i', 0xF7, 0x90, 0x5E, 0x7F, 0xD0, 0x1C});
+    EXPECT_THAT(rack.Reported(),
+                ElementsAre("heard F8", "fader 3 8193", "fader 3 8322", testing::HasSubstr("\"Hi "),
+                            "lamp 5E on", "heard D01C"));
     EXPECT_EQ(rack.units[0].DisplayLine(1).substr(0, 3), "Hi ");
     EXPECT_THAT(rack.Sent(), IsEmpty());
 }
@@ -68,8 +69,11 @@ TEST(RackUnit, DoesWhatAHandDoesAndSaysWhatALineLacks) {
     EXPECT_THAT(rack.Sent(), ElementsAre(MidiBytes{0x90, 0x70, 0x7F}, MidiBytes{0xE8, 0x7F, 0x7F},
                                          MidiBytes{0x90, 0x70, 0x00}, MidiBytes{0x90, 0x5E, 0x7F},
                                          MidiBytes{0x90, 0x5E, 0x00}));
-    for (const char* line : {"", "2 show", "1 dance", "1 touch 0", "1 touch 10", "1 move 1 16384",
-                             "1 move 1", "1 press 80", "1 press zz"})
+    EXPECT_EQ(rack.Do("1 send b07F01"), "");
+    EXPECT_THAT(rack.Sent(), ElementsAre(MidiBytes{0xB0, 0x7F, 0x01}));
+    for (const char* line :
+         {"", "2 show", "1 dance", "1 touch 0", "1 touch 10", "1 move 1 16384", "1 move 1",
+          "1 press 80", "1 press zz", "1 send", "1 send B07", "1 send B0x7"})
         EXPECT_NE(rack.Do(line), "") << line;
     EXPECT_THAT(rack.Sent(), IsEmpty());
     EXPECT_THAT(rack.Do("1 show"), testing::HasSubstr("faders 0 0 0 0 0 0 0 0 16383"));
