@@ -20,7 +20,7 @@ using std::chrono::milliseconds;
 // often.
 constexpr milliseconds kFirstPause{5};
 constexpr milliseconds kLastPause{1280};
-// What can't be watched, or not be used, is looked at as often as this.
+// What can't be watched, used or written is looked at as often as this.
 constexpr milliseconds kBlindPause{1000};
 
 constexpr std::uint32_t kChangesInFolder =
@@ -91,14 +91,14 @@ void ChangeWatch::WatchFolder(const std::filesystem::path& path) {
     fIsWatching = inotify_add_watch(fFolders.Number(), folder.c_str(), kChangesInFolder) >= 0;
 }
 
-void ChangeWatch::LookedWith(bool isUsable, int sequencer) {
-    if (sequencer >= 0 && isUsable)
-        Listen(fAll, sequencer);
-    else if (sequencer >= 0) // nobody takes what it has to tell: that would be news without an end
-        epoll_ctl(fAll.Number(), EPOLL_CTL_DEL, sequencer, nullptr);
+void ChangeWatch::LookedWith(const Look& look) {
+    if (look.sequencer >= 0 && look.isUsable)
+        Listen(fAll, look.sequencer);
+    else if (look.sequencer >= 0) // nobody takes what it tells: that would be news without an end
+        epoll_ctl(fAll.Number(), EPOLL_CTL_DEL, look.sequencer, nullptr);
     else if (inotify_add_watch(fFolders.Number(), "/dev/snd", IN_CREATE | IN_ATTRIB) < 0)
         inotify_add_watch(fFolders.Number(), "/dev", IN_CREATE);
-    if ((!fIsWatching || !isUsable) && fPause == milliseconds(0))
+    if ((!fIsWatching || !look.isUsable || look.isWriteDue) && fPause == milliseconds(0))
         LookAgainAfter(kBlindPause);
 }
 

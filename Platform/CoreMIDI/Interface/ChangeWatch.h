@@ -37,9 +37,13 @@ public:
     /// makes it readable again; so look after this call, and then call LookedWith.
     void Rearm(const std::filesystem::path& path);
 
-    /// What the look met: whether the database can be used, and the descriptor by which the
-    /// sequencer tells of news, or -1 while there is none.
-    void LookedWith(bool isUsable, int sequencer);
+    /// What a look met.
+    struct Look {
+        bool isUsable;   ///< whether the database is
+        bool isWriteDue; ///< whether something could not be written and is to be tried again
+        int sequencer;   ///< the descriptor by which it tells of news; -1 while there is none
+    };
+    void LookedWith(const Look& look);
 
 private:
     void TakeEvents();

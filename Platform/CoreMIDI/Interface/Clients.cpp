@@ -76,7 +76,7 @@ std::vector<Message> Client::TakeMessages() {
     ServiceSession session;
     session.LookForNews();
     const bool wasUsable = std::exchange(fIsUsable, session.File() != nullptr);
-    fWatch.LookedWith(fIsUsable, session.SequencerDescriptor());
+    fWatch.LookedWith({fIsUsable, session.IsWriteDue(), session.SequencerDescriptor()});
     std::vector<Message> messages;
     // What can't be read is as it was, as far as anybody knows.
     if (fIsUsable) {

@@ -112,6 +112,8 @@ public:
     /// Takes a new snapshot where something was plugged or unplugged since the last one, and
     /// notices a database file that another process replaced.
     void LookForNews();
+    /// Whether what is plugged could not be written; the next LookForNews tries again.
+    bool IsWriteDue() const { return fService.fIsSnapshotDue; }
 
     using Change = Service::Changing;
     /// Whether the file has this value now. False while changes are made together.
