@@ -1,6 +1,7 @@
 #include "Platform/CoreMIDI/Interface/Service.h"
 
 #include "Platform/CoreMIDI/Live/LiveBinding.h"
+#include "Platform/CoreMIDI/Store/LockPatience.h"
 #include "Platform/CoreMIDI/Store/ObjectLoading.h"
 
 #include <pthread.h>
@@ -166,12 +167,12 @@ void Service::GiveUp(DatabaseProblem problem) {
 }
 
 void Service::TakeSnapshot() {
-    fIsSnapshotDue = true; // until all of it is in the file
+    const bool wasDue = std::exchange(fIsSnapshotDue, true); // until all of it is in the file
     const SequencerSnapshot snapshot = fReader->Read();
     fSequencer = snapshot.state;
     const LiveStudio studio = StudioOf(snapshot);
     LiveBinding binding(fStore);
-    fIsSnapshotDue = !binding.Find(studio) && WritePlugged(studio, binding) != noErr;
+    fIsSnapshotDue = !binding.Find(studio) && WritePlugged(studio, binding, wasDue) != noErr;
     if (fIsSnapshotDue && fIsDoubtful)
         ReadOrGiveUp();
     if (fIsSnapshotDue)
@@ -185,7 +186,10 @@ void Service::TakeSnapshot() {
     }
 }
 
-OSStatus Service::WritePlugged(const LiveStudio& studio, LiveBinding& binding) {
+OSStatus Service::WritePlugged(const LiveStudio& studio, LiveBinding& binding, bool isAgain) {
+    std::optional<Haste> haste;
+    if (isAgain || !binding.LacksObjects())
+        haste.emplace(); // all that is known can be used without
     return Change([&](ObjectEditor& editor) { return binding.Write(studio, editor); });
 }
 

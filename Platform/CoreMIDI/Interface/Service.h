@@ -44,7 +44,8 @@ private:
     void ReadOrGiveUp();
     void GiveUp(DatabaseProblem problem);
     void TakeSnapshot();
-    OSStatus WritePlugged(const struct LiveStudio& studio, class LiveBinding& binding);
+    OSStatus WritePlugged(const struct LiveStudio& studio, class LiveBinding& binding,
+                          bool isAgain);
 
     // Changing. Changes that are made together stand between Begin, which takes the file's write
     // lock, and End, which commits; inside of others they join them. One that failed lets the rest

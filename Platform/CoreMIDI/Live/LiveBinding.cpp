@@ -85,6 +85,7 @@ OSStatus LiveBinding::Write(const LiveStudio& studio, ObjectEditor& editor) {
 bool LiveBinding::Bind(const LiveStudio& studio) {
     fPlugged.clear();
     fIsComplete = true;
+    fLacksObjects = false;
     fStatus = noErr;
     const std::vector<StoredObject*> devices = ObjectsOf(
         fStore, KnownAmong(fStore.Devices(), kMIDIObjectType_Device), RecordsOf(studio.devices));
@@ -164,6 +165,7 @@ StoredObject* LiveBinding::CreateDevice(const LiveDevice& live) {
 
 StoredObject* LiveBinding::Create(MIDIObjectType type, StoredObject* owner,
                                   const HardwareRecord* record) {
+    fLacksObjects = true;
     if (!MayWrite())
         return nullptr;
     StoredObject* const object = fEditor->Create(type, owner, fStatus);

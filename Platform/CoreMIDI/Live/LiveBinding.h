@@ -16,6 +16,8 @@ public:
     /// Finds all objects. False when something must be made or brought up to date first: then
     /// Write.
     bool Find(const LiveStudio& studio);
+    /// Whether an object was not found, so that something plugged can't be seen before Write.
+    bool LacksObjects() const { return fLacksObjects; }
     /// Makes and updates what Find misses, within the caller's transaction, and finds all objects.
     OSStatus Write(const LiveStudio& studio, ObjectEditor& editor);
 
@@ -46,6 +48,7 @@ private:
     ObjectEditor* fEditor = nullptr; ///< null while only finding
     OSStatus fStatus = noErr;
     bool fIsComplete = true;
+    bool fLacksObjects = false;
     std::vector<PluggedObject> fPlugged;
 };
 

@@ -18,20 +18,32 @@ constexpr milliseconds kMemory(1000);
 constexpr milliseconds kBetweenTries(1);
 
 std::atomic<Clock::time_point> sGaveUp;
+thread_local bool sIsInHaste = false;
 
 } // namespace
 
 bool WaitForLock(int tries) {
     thread_local Clock::time_point sEnd;
     const Clock::time_point now = Clock::now();
-    if (tries == 0)
-        sEnd = now + (now - sGaveUp.load() < kMemory ? kLittlePatience : kPatience);
+    if (tries == 0) {
+        const bool isInVain = sIsInHaste || now - sGaveUp.load() < kMemory;
+        sEnd = now + (isInVain ? kLittlePatience : kPatience);
+    }
     if (now >= sEnd) {
-        sGaveUp = now;
+        if (!sIsInHaste)
+            sGaveUp = now;
         return false;
     }
     std::this_thread::sleep_for(kBetweenTries);
     return true;
+}
+
+Haste::Haste() {
+    sIsInHaste = true;
+}
+
+Haste::~Haste() {
+    sIsInHaste = false;
 }
 
 void BePatient(sqlite3* connection) {

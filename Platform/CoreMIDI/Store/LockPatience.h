@@ -13,4 +13,14 @@ void BePatient(sqlite3* connection);
 /// many failed before, from 0. For where SQLite answers "busy" without waiting by itself.
 bool WaitForLock(int tries);
 
+/// While one lives, its thread hardly waits for locks, and what it gives up makes nobody else give
+/// up: for what can be written another time.
+class Haste {
+public:
+    Haste();
+    ~Haste();
+    Haste(const Haste&) = delete;
+    Haste& operator=(const Haste&) = delete;
+};
+
 } // namespace KestrinMIDI

@@ -135,6 +135,10 @@ TEST_F(ChangesTest, WaitOnceForALockThatStays) {
     EXPECT_EQ(Number(fDevice, "group"), std::nullopt);
     ASSERT_EQ(Execute(other.get(), "BEGIN IMMEDIATE"), SQLITE_OK);
     const auto start = std::chrono::steady_clock::now();
+    PlugIn(SequencerWith({{.serial = "1", .path = "dummy_hcd.7-1"}}));
+    EXPECT_EQ(MIDIGetNumberOfSources(), 2u);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4))
+        << "a known unit at another place waits for nobody";
     EXPECT_EQ(KestrinMIDIBeginChanges(), kKestrinMIDIErrLocked);
     for (int i = 0; i < 20; ++i)
         EXPECT_EQ(MIDIObjectSetIntegerProperty(fDevice, CFSTR("group"), i), kKestrinMIDIErrLocked);
