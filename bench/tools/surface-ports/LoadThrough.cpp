@@ -29,7 +29,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kUnits = 4;
 constexpr int kStrips = 8;
 constexpr int kMeterLevels = 13;
-constexpr auto kStep = 1ms; // an event each way; a meter in every second one
+constexpr auto kStep = 1ms;             // an event each way; a meter in every second one
 constexpr auto kLongestCatchUp = 100ms; // on a machine that stood still: its load is no burst
 constexpr auto kPatience = 60s;
 
