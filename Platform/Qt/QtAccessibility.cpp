@@ -5,7 +5,8 @@
 #include "Platform/Qt/QtWidgets.h"
 #include "Platform/UI/NativeMenu.h"
 
-#include <QAccessibleWidget>
+#include <QApplication>
+#include <utility>
 #include <vector>
 
 namespace Kestrin {
@@ -106,11 +107,10 @@ public:
     void doAction(const QString& name) override {
         if (name != pressAction() || !CanBeChosen())
             return;
-        fView.PressSoon([&view = fView, weak = Item().weak_from_this()](NativeViewClient& client) {
-            if (QMenu* const list = ListOf(view))
-                list->close();
+        DoSoon(fView, [&view = fView, weak = Item().weak_from_this()] {
             if (const auto item = weak.lock())
-                client.HandleAccessibilityChoice(*item);
+                view.Press(
+                    [&](NativeViewClient& client) { client.HandleAccessibilityChoice(*item); });
         });
     }
 
@@ -198,10 +198,13 @@ public:
     }
 
     void doAction(const QString& name) override {
-        if (name == pressAction())
-            fView.PressSoon([](NativeViewClient& client) { client.HandleAccessibilityPress(); });
-        else
-            QAccessibleWidget::doAction(name);
+        if (name != pressAction())
+            return AccessibleText::doAction(name);
+        const bool closesList = ListOf(fView) != nullptr;
+        DoSoon(fView, [closesList, &view = fView] {
+            if (!closesList)
+                view.Press([](NativeViewClient& client) { client.HandleAccessibilityPress(); });
+        });
     }
 
 private:
@@ -249,6 +252,17 @@ QAccessibleInterface* AccessibleOf(const QString&, QObject* object) {
 void InstallAccessibility() {
     static const bool sInstalled = (QAccessible::installFactory(AccessibleOf), true);
     static_cast<void>(sInstalled);
+}
+
+void DoSoon(QWidget& widget, std::function<void()> what) {
+    const auto perform = [&widget, what = std::move(what)] {
+        if (QWidget* const menu = QApplication::activePopupWidget())
+            menu->close();
+        const QWidget* const modal = QApplication::activeModalWidget();
+        if (widget.isEnabled() && (modal == nullptr || modal == widget.window()))
+            what();
+    };
+    QMetaObject::invokeMethod(&widget, perform, Qt::QueuedConnection);
 }
 
 void TellAccessibleValueOf(QWidget& widget) {

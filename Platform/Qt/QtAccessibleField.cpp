@@ -1,8 +1,6 @@
 #include "Platform/Qt/QtAccessibleText.h"
 #include "Platform/Qt/QtFieldWidget.h"
 
-#include <QAccessibleWidget>
-#include <functional>
 #include <utility>
 
 namespace Kestrin {
@@ -53,7 +51,7 @@ public:
         else if (name == decreaseAction())
             Soon([](QtFieldWidget& field) { field.PressKey(kNativeDownArrow); });
         else
-            QAccessibleWidget::doAction(name);
+            AccessibleText::doAction(name);
     }
 
     // The number
@@ -111,9 +109,7 @@ private:
     bool IsNumber() const { return Description().role == AccessibleRole::kNumberField; }
 
     void Soon(std::function<void(QtFieldWidget&)> change) {
-        QMetaObject::invokeMethod(
-            &fField, [&field = fField, change = std::move(change)] { change(field); },
-            Qt::QueuedConnection);
+        DoSoon(fField, [&field = fField, change = std::move(change)] { change(field); });
     }
 
     QtFieldWidget& fField;

@@ -1,8 +1,15 @@
 #pragma once
 
 #include <QAccessibleWidget>
+#include <QWidget>
+#include <functional>
 
 namespace Kestrin {
+
+/// Does to the widget what an assistive technology wants, as soon as the event loop turns: what
+/// that opens would keep the assistive technology waiting for its answer. As at a press, an open
+/// menu closes first, and nothing happens to a window behind a modal one.
+void DoSoon(QWidget& widget, std::function<void()> what);
 
 /// A widget whose value is a text in one line. Nothing of it is selected.
 class AccessibleText : public QAccessibleWidget, public QAccessibleTextInterface {
@@ -16,6 +23,14 @@ public:
     }
 
     QString text(int start, int end) const override { return Text().mid(start, end - start); }
+    /// The focus that moves may leave a field, which then opens an alert.
+    void doAction(const QString& name) override {
+        if (name == setFocusAction())
+            DoSoon(*widget(), [widget = widget()] { widget->setFocus(); });
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
     int characterCount() const override { return static_cast<int>(Text().size()); }
     QString attributes(int, int* start, int* end) const override {
         *start = 0;

@@ -261,18 +261,13 @@ void QtView::SetAccessibility(AccessibleDescription description) {
     met->setAccessibleName(ToQString(fAccessibility.name));
 }
 
-void QtView::PressSoon(std::function<void(NativeViewClient&)> handle) {
-    QMetaObject::invokeMethod(
-        this,
-        [this, handle = std::move(handle)] {
-            if (!fClient)
-                return;
-            fPressed = true;
-            sPressed = this;
-            handle(*fClient);
-            fPressed = false;
-        },
-        Qt::QueuedConnection);
+void QtView::Press(const std::function<void(NativeViewClient&)>& handle) {
+    if (!fClient)
+        return;
+    fPressed = true;
+    sPressed = this;
+    handle(*fClient);
+    fPressed = false;
 }
 
 } // namespace Kestrin

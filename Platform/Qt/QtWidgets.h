@@ -87,9 +87,8 @@ public:
 
     void SetAccessibility(AccessibleDescription description);
     const AccessibleDescription& Accessibility() const { return fAccessibility; }
-    /// Has the client handle an assistive technology's press as soon as the event loop turns: what
-    /// the press opens would keep the assistive technology waiting for its answer.
-    void PressSoon(std::function<void(NativeViewClient&)> handle);
+    /// Has the client handle a press that is not the pointer's. It may be lost as that one may.
+    void Press(const std::function<void(NativeViewClient&)>& handle);
 
 protected:
     bool HandleEvent(QEvent& event) override;

@@ -45,17 +45,15 @@ class Control:
         return Atspi.Value.get_current_value(self.it)
 
     def range(self):
-        if "Value" not in self.it.get_interfaces():
-            return None
-        return Atspi.Value.get_minimum_value(self.it), Atspi.Value.get_maximum_value(self.it)
+        return ("Value" in self.it.get_interfaces() and
+                (Atspi.Value.get_minimum_value(self.it), Atspi.Value.get_maximum_value(self.it)))
 
     def actions(self):
         count = Atspi.Action.get_n_actions(self.it)
         return [Atspi.Action.get_action_name(self.it, i) for i in range(count)]
 
     def do(self, name):
-        if not Atspi.Action.do_action(self.it, self.actions().index(name)):
-            raise AssertionError(f"{name} of {self.role} {self.name} was refused")
+        assert Atspi.Action.do_action(self.it, self.actions().index(name)), f"{name} {self.name}"
 
     def chosen(self):
         return [child.name for child in self.children() if "selected" in child.states()]
@@ -73,18 +71,14 @@ class Session(unittest.TestCase):
         self.application.it.set_cache_mask(Atspi.Cache.NONE)
 
     def _find_application(self):
-        for program in Control(Atspi.get_desktop(0)).children():
-            if program.name == "sorvex-mackie-setup" and program.children():
-                return program
-        return None
+        return next((program for program in Control(Atspi.get_desktop(0)).children()
+                     if program.name == "sorvex-mackie-setup" and program.children()), None)
 
     def control(self, role, name=None):
         """None also where the tree changes during the walk."""
         with contextlib.suppress(GLib.Error):
-            for control in self.application.all():
-                if control.role == role and name in (None, control.name):
-                    return control
-        return None
+            return next((control for control in self.application.all()
+                         if control.role == role and name in (None, control.name)), None)
 
     def listen(self, *types):
         """Collects events of these types as (type, role, name); hear() waits for one."""
@@ -126,10 +120,10 @@ class SettingsWindow(Session):
         told = [(c.role, c.name, c.range(), c.actions()) for c in window.all()
                 if c.role not in ("frame", "filler", "list item")]
         self.assertEqual(told, [
-            ("combo box", "Edit settings for", None, PRESSED),
+            ("combo box", "Edit settings for", False, PRESSED),
             ("spin button", "Group", (0, 127), STEPPED),
             ("spin button", "Group position", (0, 127), STEPPED),
-            *(("push button", name, None, PRESSED) for name in ("Help", "Cancel", "Ok"))])
+            *(("push button", name, False, PRESSED) for name in ("Help", "Cancel", "Ok"))])
         for control in (self.pop_up, self.group, self.position, self.ok):
             self.assertTrue({"enabled", "focusable", "showing"} <= control.states(), control.name)
         names = [surface["name"] for surface in self.studio.surfaces()]
@@ -183,9 +177,13 @@ class SettingsWindow(Session):
         self.assertTrue(self.program.is_running(), "the press did not act")
         self.assertEqual(self.group.number(), before)
         Atspi.EditableText.set_text_contents(self.group.it, "4x")
+        Atspi.EditableText.set_text_contents(self.group.it, "500")
+        until("the text is entered", lambda: self.group.text() == "500")
         self.pop_up.do("SetFocus")
-        until("the pop-up has the focus", lambda: "focused" in self.pop_up.states())
-        self.assertEqual(self.group.number(), before)
+        until("an alert is shown", lambda: self.control("alert"))
+        self.ok.do("Press")
+        self.answer_alert(refusal, "OK")
+        self.assertTrue(self.program.is_running(), "the alert was in front")
 
 
 class NoSurfaces(Session):
