@@ -51,6 +51,12 @@ TEST(DatabaseAlerts, TellWhyTheDatabaseIsRefusedBeforeTheQuestion) {
     const CBasicApp app(Kestrin::Application::PlatformParameters{});
     script.Play();
 
+    // What is refused only when Ok stores has the same reason.
+    script.WhenAlertIsOpen(Closing("Return", [&](const Desktop::Alert& alert) {
+        EXPECT_THAT(alert.text, HasSubstr(path.string() + " is damaged.\n\nIn a terminal"));
+    }));
+    TellThatNothingWasStored(kMIDIServerStartErr);
+
     unsetenv("KESTRIN_MIDI_DATABASE");
     MIDIRestart();
 }
