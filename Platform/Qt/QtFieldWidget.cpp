@@ -164,7 +164,7 @@ void QtFieldWidget::Enter(const QString& text) {
 
 void QtFieldWidget::PressKey(NativeFunctionKey key) {
     NativeKeyEvent event;
-    event.charactersIgnoringModifiers = key;
+    event.charactersIgnoringModifiers.assign(1, static_cast<char16_t>(key));
     EditAtOnce([&] { LetsThrough(event); });
 }
 
