@@ -5,9 +5,12 @@ _midisetup() {
     _get_comp_words_by_ref -n : cur words cword
     # What the shell would take off before the program sees the words.
     words=("${words[@]//[\\\"\']/}")
-    local typed=${words[cword]} shown=''
+    local typed=${words[cword]} shown='' behind
     # Outside of quotation marks the shell completes only what stands behind a colon.
-    [[ $cur == [\"\']* || $cur != *:* ]] || shown=${typed%"${typed##*:}"}
+    if [[ $cur != [\"\']* && $cur == *[!\\]:* ]]; then
+        behind=${cur##*[!\\]:}
+        shown=${typed%"${behind//[\\\"\']/}"}
+    fi
     COMPREPLY=()
     while IFS= read -r line; do
         candidate=${line%%$'\t'*}
