@@ -15,9 +15,9 @@ exchange_at_places() {
     unplug "$right"
     expect_equal "$left alone" "MCU Pro USB Port 1 | 1 | 10" "$(surfaces name group storedPosition)"
 
-    # At a place where none of them was, nothing tells which of them it is.
+    # At a place where none of them was, it is the one that is left over.
     plug "$right" 5
-    expect_equal "$right at a new place" "MCU Pro USB 3 Port 1 | 0" "$(surfaces name group | sed 1d)"
+    expect_equal "$right at a new place" "MCU Pro USB 2 Port 1 | 2" "$(surfaces name group | sed 1d)"
     destroy_all_units
 }
 
