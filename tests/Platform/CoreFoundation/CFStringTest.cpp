@@ -49,24 +49,6 @@ TEST(CFString, WritesBytesThatFitAtACharactersBoundary) {
     EXPECT_EQ(std::string(text, static_cast<std::size_t>(used)), "a??");
 }
 
-TEST(CFString, FindsAnchoredAndFreeRuns) {
-    const auto find = [](const char* wanted, CFRange range, CFStringCompareFlags options) {
-        CFRange found = {-1, -1};
-        const Boolean answer = CFStringFindWithOptions(
-            CFSTR("Surface Surface"), FromUTF8(wanted).Get(), range, options, &found);
-        EXPECT_EQ(answer, found.location >= 0) << wanted;
-        return found.location;
-    };
-    EXPECT_EQ(find("urface", {0, 15}, kCFCompareAnchored), -1);
-    EXPECT_EQ(find("urface", {1, 14}, kCFCompareAnchored), 1);
-    EXPECT_EQ(find("surface", {0, 15}, 0), -1);
-    EXPECT_EQ(find("Surface", {1, 14}, 0), 8);
-    EXPECT_EQ(find("Surface", {0, 15}, kCFCompareBackwards), 8);
-    EXPECT_EQ(find("Surface", {0, 14}, kCFCompareBackwards | kCFCompareAnchored), -1);
-    EXPECT_EQ(find("Surface Surface longer", {0, 15}, kCFCompareAnchored), -1);
-    EXPECT_EQ(find("", {0, 15}, kCFCompareAnchored), -1);
-}
-
 TEST(CFHolder, GivesBackWhatItOwnsOnce) {
     StringHolder first = FromUTF8("text");
     StringHolder copy = first;

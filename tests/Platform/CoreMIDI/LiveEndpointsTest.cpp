@@ -212,12 +212,4 @@ TEST_F(LiveEndpointsTest, AUnitThatAnotherProcessMakesFirstIsMadeOnce) {
     EXPECT_EQ(ID(MIDIGetDevice(0)), 77);
 }
 
-TEST_F(LiveEndpointsTest, TwoProcessesThatMeetANewUnitMakeOneDevice) {
-    MIDIGetNumberOfDevices();
-    PlugIn(SequencerWith({kFourPorts}));
-    ASSERT_EQ(End(Start([] { EXPECT_EQ(MIDIGetNumberOfSources(), 4u); })), 0);
-    EXPECT_EQ(MIDIGetNumberOfSources(), 4u);
-    EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
-}
-
 } // namespace

@@ -41,21 +41,4 @@ TEST(Files, MakesReferencesOfNamesThatExist) {
     EXPECT_EQ(FSGetCatalogInfo(&parent, 0, nullptr, nullptr, nullptr, nullptr), fnfErr);
 }
 
-TEST(CFURL, AppendsComponentsAndRefusesWhatIsNoPath) {
-    const auto folder = URLOf("/usr//");
-    const auto append = [&folder](CFStringRef component) {
-        return CFHolder<CFURLRef>(
-            CFURLCreateCopyAppendingPathComponent(nullptr, folder.Get(), component, false));
-    };
-    EXPECT_TRUE(CFEqual(append(CFSTR("a %20#?")).Get(), URLOf("/usr/a %20#?").Get()));
-    EXPECT_FALSE(append(CFSTR("")));
-    EXPECT_FALSE(append(CFSTR("a/b")));
-    EXPECT_FALSE(URLOf(""));
-    EXPECT_FALSE(URLOf(std::string("/a\0b", 4)));
-    const auto relative = URLOf("relative");
-    EXPECT_TRUE(CFEqual(relative.Get(), URLOf(fs::current_path() / "relative").Get()));
-    UInt8 small[4];
-    EXPECT_FALSE(CFURLGetFileSystemRepresentation(folder.Get(), true, small, sizeof small));
-}
-
 } // namespace

@@ -1,7 +1,5 @@
 #include "App/Application.h"
 
-#include "UI/MenuList.h"
-
 #include "Platform/UI/NativeAlert.h"
 
 #include <gmock/gmock.h>
@@ -34,12 +32,9 @@ public:
         events.push_back("quit");
         Application::Quit();
     }
-    unsigned int GetNumMenuBarMenus() override { return static_cast<unsigned int>(menus.size()); }
-    OSMenuHandle GetNthMenuBarMenu(unsigned int n) override { return menus[n]; }
 
     std::vector<std::string> events;
     std::function<void()> whenLaunched;
-    std::vector<OSMenuHandle> menus;
 };
 
 /// A question whose second button is the way out.
@@ -110,21 +105,6 @@ TEST(ApplicationDeathTest, WithoutADisplaySaysWhatToDoAndEnds) {
         };
         EXPECT_EXIT(start(), testing::ExitedWithCode(1), "set DISPLAY or WAYLAND_DISPLAY");
     }
-}
-
-TEST(Application, RebuildsTheMenuBarFromItsMenus) {
-    const MenuList& list = MenuList::Instance();
-    {
-        TestApplication application;
-        application.menus = {OSMenuHandle::CreateNewStandaloneMenu(1)};
-        application.RebuildMenuBar();
-        EXPECT_TRUE(list.Contains(1));
-        application.menus = {OSMenuHandle::CreateNewStandaloneMenu(3), OSMenuHandle()};
-        application.RebuildMenuBar();
-        EXPECT_TRUE(list.Contains(3));
-        EXPECT_FALSE(list.Contains(1));
-    }
-    EXPECT_TRUE(list.Menus().empty());
 }
 
 } // namespace

@@ -55,29 +55,4 @@ TEST(TextConversions, FollowTheCLocaleWhateverTheProcessSets) {
     std::locale::global(before);
 }
 
-TEST(TextConversions, TellDigitsFromEverythingElse) {
-    EXPECT_TRUE(IsNumeric(UString()) && IsNumeric("0123456789"_u));
-    for (const UString& text : {"-1"_u, "1.5"_u, " 1"_u, "a"_u, Units({0x0130}), Units({0x0660})})
-        EXPECT_FALSE(IsNumeric(text));
-}
-
-TEST(TextConversions, CarryFourCharacterCodes) {
-    EXPECT_EQ(OSTypeToUString(0xC3004142), Units({0xC3}));
-    EXPECT_EQ(UStringToOSType("TEXTs"_u), 0x54455854u);
-    EXPECT_EQ(UStringToOSType(Units({0x1C3, 'b', 'c'})), 0xC3626300u);
-}
-
-TEST(TextConversions, DecodePairsOfDigitsWithinTheRoom) {
-    const auto expectBytes = [](const UString& text, unsigned int capacity, std::string bytes) {
-        std::string room(8, '.');
-        UStringToRawData(text, reinterpret_cast<unsigned char*>(room.data()), capacity);
-        EXPECT_EQ(room, bytes.append(8 - bytes.size(), '.'));
-    };
-    expectBytes("DE AD-bx:EfgC@`"_u, 8, "\xDE\xAD\xBE\xFC");
-    expectBytes("0102030"_u, 8, "\1\2\3");
-    expectBytes("0102030"_u, 2, "\1\2");
-    expectBytes(Units({0x0130, '9', 0x10}), 8, "\x09");
-    UStringToRawData("FF"_u, nullptr, 0);
-}
-
 } // namespace

@@ -36,15 +36,6 @@ TEST(UString, ChangesWithinItsLengthAndKeepsTheClosingUnit) {
     EXPECT_THROW(text.erase(4, 0), std::out_of_range);
 }
 
-TEST(UString, SortsByUnsignedUnits) {
-    const UString sorted[] = {UString(), "B"_u,           "a"_u,           "ab"_u,
-                              "abd"_u,   Units({0x00E9}), Units({0x0100}), Units({0x8000})};
-    for (const UString& first : sorted) {
-        for (const UString& second : sorted)
-            EXPECT_EQ(first < second, &first < &second);
-    }
-}
-
 TEST(UString, CarriesItsUnitsThroughPlatformStrings) {
     const UString text = Units({'a', 0, 0xDB00, 0xDC00, 0xFFFF});
     EXPECT_EQ(CFToUString(UStringToCF(text).Get()), text);

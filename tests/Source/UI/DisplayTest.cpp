@@ -7,7 +7,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
 
 class Display : public ShownWindow {
 protected:
@@ -36,44 +35,6 @@ TEST_F(Display, ThePointerReachesTheViewsWhereTheySayTheyStand) {
     EXPECT_TRUE(Noted("right double click 30,40"));
     PointAt(left, {10, 10});
     EXPECT_TRUE(NativeInput::WaitUntil([&] { return notes.back().starts_with("right exited"); }));
-}
-
-TEST_F(Display, ADragInAClickThroughViewMovesTheWindow) {
-    right.EnableClickThrough(true);
-    const Rect before = window->GetRect();
-    PointAt(right, {30, 40});
-    Desktop::Input("mousedown 1");
-    ASSERT_TRUE(Noted("right click 30,40"));
-    // The window manager takes the pointer at a time of its own choice, and some of them move the
-    // window at the release only.
-    int steps = 0;
-    EXPECT_TRUE(NativeInput::WaitUntil([&] {
-        Desktop::Input("mousemove_relative 5 1");
-        if (++steps % 10 == 0)
-            Desktop::Input("mouseup 1 mousedown 1");
-        return window->GetRect().x > before.x + 20;
-    }));
-    Desktop::Input("mouseup 1");
-    EXPECT_THAT(notes, Not(Contains("right focus")));
-}
-
-TEST_F(Display, ADialogThatThePressOpensByMovingTheFocusKeepsThePressFromActing) {
-    left.EnableKeyFocus(true);
-    left.during = [&](const std::string& note) {
-        if (note == "left no focus") {
-            Desktop::Input("mouseup 1");
-            NativeInput::RunModalWindow();
-            notes.emplace_back("answered");
-        }
-    };
-    PointAt(right, {30, 40});
-    Desktop::Input("mousedown 1");
-    ASSERT_TRUE(Noted("answered")) << testing::PrintToString(notes);
-    ASSERT_TRUE(NativeInput::WaitUntil([this] { return root.IsViewActive(); }));
-    EXPECT_THAT(notes, Not(Contains(testing::AnyOf("right click 30,40", "right up"))));
-    Desktop::Input("click 1");
-    ASSERT_TRUE(Noted("right up"));
-    EXPECT_THAT(notes, Contains(testing::EndsWith("click 30,40")));
 }
 
 } // namespace

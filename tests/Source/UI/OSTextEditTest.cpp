@@ -212,14 +212,4 @@ TEST_F(TextEdit, ADisabledFieldEndsItsEditAndTakesNoFocusUntilItIsEnabled) {
     }
 }
 
-TEST_F(TextEdit, NeedsNoClientAndLeavesTheArgumentsOfGetSelectionAlone) {
-    CreateEdit(nullptr);
-    Focus();
-    Type("1, Return");
-    EXPECT_EQ(Shown(), "1");
-    unsigned int start = 7, end = 9;
-    edit->GetSelection(start, end);
-    EXPECT_EQ(std::pair(start, end), std::pair(7U, 9U));
-}
-
 } // namespace

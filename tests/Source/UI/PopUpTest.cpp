@@ -115,18 +115,6 @@ TEST_F(PopUp, TakesAChoiceByDragOrClickOverAnItemOnly) {
     }
 }
 
-TEST_F(PopUp, GoesToTheItemWhoseBeginningIsTyped) {
-    for (const char* text : {"Mackie Control", "Mackie HUI", "MCU Pro"})
-        control->AppendItem(Text(text), 0);
-    OpenAndType("m c");
-    script.WhenHighlighted(7, [] { Desktop::Type("Escape"); });
-    script.Play();
-    OpenAndType("m a c k i e space h");
-    script.WhenHighlighted(6, [] { Desktop::Type("x Return"); });
-    script.Play();
-    EXPECT_EQ(control->chosen, 7);
-}
-
 TEST_F(PopUp, FiftyItemsScrollWithinTheScreen) {
     Append(45);
     control->SetCurrentItem(45);

@@ -107,18 +107,4 @@ TEST_F(TextLayoutTest, ShapesScriptsThatJoinAndRunFromTheRight) {
     EXPECT_EQ(WidthOf("e\u0301"), WidthOf("\u00E9")) << "a combining accent takes no room";
 }
 
-TEST(Fonts, MissingFamiliesAndSizesThatAreNotPositiveAreReplaced) {
-    NativeTextSystem& system = NativeTextSystem::Shared();
-    const auto widthOf = [&](const char* family, double size = 20) {
-        NativeTextStyle style;
-        style.font = system.CreateFont(family, size, 1, 1);
-        const auto line = system.CreateTypesetter(u"ill WW", style)->CreateLine(0, 6);
-        return line->GetTypographicBounds().width;
-    };
-    EXPECT_EQ(widthOf("No Such Family At All"), widthOf("sans-serif"));
-    EXPECT_GT(widthOf("No Such Family At All Bold"), widthOf("No Such Family At All"));
-    EXPECT_LT(widthOf("Helvetica Neue Condensed Bold"), widthOf("Helvetica Neue Bold"));
-    EXPECT_EQ(widthOf("sans-serif", -3), widthOf("sans-serif", 12));
-}
-
 } // namespace

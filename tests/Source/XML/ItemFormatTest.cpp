@@ -2,8 +2,6 @@
 
 #include "tests/Source/XML/Documents.h"
 
-#include <random>
-
 namespace {
 
 using namespace Kestrin;
@@ -131,34 +129,6 @@ TEST(ItemFormat, PrefersTheWantedLanguage) {
     EXPECT_EQ(ChildNames(*french), "a b x b c c d e e ");
     for (const char* name : {"a", "b", "c", "d", "e"})
         EXPECT_EQ(TextOf(*french, name), "fr") << name;
-}
-
-/// Never blanks alone, which would not survive.
-UString RandomText(std::mt19937& random) {
-    static const std::string pieces[] = {"",    "a", "&amp;",  "<",  "]]>",        "\"'", "\r\nx",
-                                         "\t-", "é", "\u2026", " b", "\U00010042", "-- x"};
-    return U(pieces[random() % std::size(pieces)] + pieces[random() % std::size(pieces)]);
-}
-
-boost::shared_ptr<Item> RandomTree(std::mt19937& random, int depth) {
-    if (depth == 0 || random() % 3 == 0)
-        return CreateUString(RandomText(random), RandomText(random));
-    const auto container = CreateContainer(RandomText(random));
-    for (auto children = random() % 6; children > 0; --children)
-        container->AddItem(RandomTree(random, depth - 1));
-    return container;
-}
-
-TEST(ItemFormat, BringsRandomTreesBackAsTheyWere) {
-    std::mt19937 random;
-    for (int trees = 0; trees < 300; ++trees) {
-        const auto container = CreateContainer(RandomText(random));
-        container->AddItem(RandomTree(random, 4));
-        const std::string written = WriteSerializedString(*container);
-        const auto read = ReadDocument(written);
-        ASSERT_NE(read, nullptr) << written;
-        ASSERT_EQ(WriteSerializedString(*read), written);
-    }
 }
 
 } // namespace

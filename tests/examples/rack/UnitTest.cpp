@@ -79,16 +79,4 @@ TEST(RackUnit, DoesWhatAHandDoesAndSaysWhatALineLacks) {
     EXPECT_THAT(rack.Do("1 show"), testing::HasSubstr("faders 0 0 0 0 0 0 0 0 16383"));
 }
 
-TEST(RackUnit, SpeaksTheHUIsLanguage) {
-    Rack rack(UnitModel::HUI);
-    rack.Take({0x90, 0x00, 0x00});
-    EXPECT_THAT(rack.Sent(), ElementsAre(MidiBytes{0x90, 0x00, 0x7F}));
-    rack.Take({0xB0, 0x03, 0x40, 0xB0, 0x23, 0x05});
-    EXPECT_EQ(rack.units[0].Position(3), (0x40 << 7) + 5);
-    rack.Take({0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x01, 'K', 'i', 'c', 'k', 0xF7});
-    EXPECT_EQ(rack.units[0].DisplayLine(0).substr(0, 8), "    Kick");
-    rack.Do("1 touch 1");
-    EXPECT_THAT(rack.Sent(), ElementsAre(MidiBytes{0xB0, 0x0F, 0x00}, MidiBytes{0xB0, 0x2F, 0x40}));
-}
-
 } // namespace

@@ -52,17 +52,6 @@ TEST_F(MessageBox, AsksYesOrNoInTheWordsOfTheStringsTable) {
         EXPECT_EQ(AskAndType(4, keys), 2) << keys;
 }
 
-TEST_F(MessageBox, AsksOKOrCancelByTheMouse) {
-    for (const std::size_t button : {0, 1}) {
-        const auto click = [button](const Desktop::Alert& alert) {
-            EXPECT_THAT(alert.buttons, ElementsAre("MBOK", "MBCancel"));
-            Desktop::PointAt(alert.buttonPlaces.at(button));
-            Desktop::Input("click 1");
-        };
-        EXPECT_EQ(Ask(1, click), button + 1);
-    }
-}
-
 TEST_F(MessageBox, ACriticalMessageHasThePlatformsButtonAndShowsMarkupWithinTheScreen) {
     for (const char* key : {"Return", "Escape"}) {
         headline += " is a headline of many bold letters";
