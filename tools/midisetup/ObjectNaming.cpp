@@ -179,8 +179,7 @@ void ObjectNames::FailToName(std::string_view given,
     if (!similar.empty())
         throw Failure(Message("nothing is called \"%1\"; did you mean", name) +
                       CandidateLines(similar));
-    throw Failure(
-        Message("nothing is called \"%1\"; \"midisetup list\" shows what there is", name));
+    throw Failure(Message(R"(nothing is called "%1"; "midisetup list" shows what there is)", name));
 }
 
 std::vector<const NamedObject*> ObjectNames::Similar(std::string_view given) const {

@@ -91,7 +91,7 @@ PropertyValue ValueFor(const SetOptions& options) {
 int Get(const PropertyOptions& options) {
     const auto value = GetProperty(Reference(options.object), options.key);
     if (!value)
-        throw Failure(Message("\"%1\" has no property \"%2\"", Printable(options.object),
+        throw Failure(Message(R"("%1" has no property "%2")", Printable(options.object),
                               Printable(options.key)));
     std::cout << ShownValue(*value) << "\n";
     return kExitDone;
