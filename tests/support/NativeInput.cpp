@@ -92,6 +92,10 @@ void TypeByInputMethod(const View& anyView, const std::string& text) {
     Settle();
 }
 
+std::string ShownTitle(const View& anyView) {
+    return Kestrin::ToUtf8(WindowOf(anyView)->title());
+}
+
 void DropText(const View& view, const Point& where, const std::string& text) {
     QMimeData data;
     data.setText(Kestrin::ToQString(text));

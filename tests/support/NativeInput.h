@@ -48,6 +48,7 @@ void DropText(const Kestrin::View& view, const Kestrin::Point& where, const std:
 
 // The window that a view stands in.
 
+std::string ShownTitle(const Kestrin::View& anyView);
 /// Presses the window's close button.
 void CloseWindow(const Kestrin::View& anyView);
 void ResizeWindow(const Kestrin::View& anyView, int width, int height);

@@ -12,6 +12,11 @@ public:
     explicit FilledView(const Kestrin::RGBAColor& color)
         : fColor(color) {}
     std::function<void()> duringDraw;
+    bool isOpaque = false;
+
+    bool SupportsFeature(ViewFeature feature) override {
+        return feature != kViewFeatureTransparent || !isOpaque;
+    }
     void DoDraw(Kestrin::DrawingContext& context) override {
         context.FillRect(GetLocalRect(), fColor);
         if (const auto call = duringDraw)
@@ -28,11 +33,39 @@ protected:
     std::unique_ptr<FilledView> green{new FilledView({0, 1, 0, 1})};
 };
 
+TEST_F(Views, OnlyTheOriginOfANegativeFrameIsSetRight) {
+    Place(*red, {0, 0, 50, 50});
+    red->SetRect({50, 40, -10, 20});
+    EXPECT_EQ(red->GetRect(), (Rect{40, 40, -10, 20}));
+    EXPECT_NE(NativeInput::Picture(root).At(45, 45), 0xFF0000u);
+    // Nor does the toolkit come to harm by what no screen has room for.
+    red->SetRect({-1e30F, std::nanf(""), 1e30F, 1e30F});
+    NativeInput::Settle();
+}
+
 TEST_F(Views, FramesBetweenPointsStaySharpAtTwoPixelsAPoint) {
     Place(*red, {10.5f, 10, 20, 20});
     const NativeInput::Picture picture(root, 2);
     for (const int x : {20, 21, 60, 61})
         EXPECT_EQ(picture.At(x, 40) == 0xFF0000u, x == 21 || x == 60) << x;
+}
+
+TEST_F(Views, TheOpacityOfAParentReachesTheOpaqueViewsWithin) {
+    NotingView panel("panel", notes);
+    green->isOpaque = true;
+    Place(*green, {0, 0, 50, 50}, &panel);
+    Place(*red, {0, 0, 50, 50});
+    const auto isMixed = [this] {
+        const std::uint32_t pixel = NativeInput::Picture(root).At(25, 25);
+        return (pixel >> 16 & 0xFF) > 100 && (pixel >> 8 & 0xFF) > 100 && (pixel & 0xFF) < 100;
+    };
+    red->SetOpacity(0.5f);
+    Place(panel, {0, 0, 50, 50}, red.get());
+    EXPECT_TRUE(isMixed());
+    red->SetOpacity(1);
+    EXPECT_EQ(NativeInput::Picture(root).At(25, 25), 0x00FF00u);
+    red->SetOpacity(0.5f);
+    EXPECT_TRUE(isMixed());
 }
 
 TEST_F(Views, WhatIsHiddenOrDisabledLosesTheFocusAndTakesNone) {
@@ -139,6 +172,15 @@ TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
     EXPECT_FALSE(NativeInput::PressByScreenReader(left, 2)) << "the item is disabled";
     EXPECT_TRUE(NativeInput::PressByScreenReader(left, 0));
     EXPECT_EQ(menu.GetCurrentItem(), 1);
+}
+
+TEST_F(Views, AScreenReadersPressThatOpensADialogOnItsWayDoesNotAct) {
+    left.SetAccessibility(Kestrin::AccessibleRole::kButton, Text("Ok"));
+    right.EnableKeyFocus(true);
+    right.during = [](const std::string&) { NativeInput::RunModalWindow(); };
+    notes.clear();
+    EXPECT_TRUE(NativeInput::PressByScreenReader(left));
+    EXPECT_EQ(notes.back(), "left focus");
 }
 
 TEST_F(Views, AViewMayGoWhileItIsDrawnOrItsNeighbourIs) {

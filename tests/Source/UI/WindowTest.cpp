@@ -29,6 +29,22 @@ TEST_F(Windows, OneOpensHiddenAndTheActiveStateGoesFromOneToTheOther) {
     EXPECT_THAT(notes, ElementsAre("window inactive", "window active"));
 }
 
+TEST_F(Windows, TheTitleIsShownLiterally) {
+    for (const std::string title : {"[*]", "a[*] & [*][*]b"}) {
+        window->SetWindowTitle(Text(title));
+        EXPECT_EQ(NativeInput::ShownTitle(root), title);
+    }
+}
+
+TEST_F(Windows, AResizeReachesTheRootViewBeforeTheClient) {
+    Rect during;
+    client.during = [&](const std::string&) { during = root.GetRect(); };
+    NativeInput::ResizeWindow(root, 340, 150);
+    client.during = nullptr;
+    EXPECT_THAT(notes, ElementsAre("window resized"));
+    EXPECT_EQ(during, (Rect{0, 0, 340, 150}));
+}
+
 TEST_F(Windows, TheWindowMayGoInsideEachCallOfItsViewsAndItsClient) {
     const Point at{5, 5};
     for (const std::string call :
