@@ -23,7 +23,7 @@ double Luminance(const RGBAColor& color) {
 }
 
 double Contrast(const RGBAColor& a, const RGBAColor& b) {
-    const auto [dark, light] = std::minmax(Luminance(a), Luminance(b));
+    const auto [dark, light] = std::minmax({Luminance(a), Luminance(b)});
     return (light + 0.05) / (dark + 0.05);
 }
 
