@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <cstdint>
 #include <new>
+#include <string_view>
 
 namespace Kestrin {
 
@@ -11,6 +13,19 @@ namespace {
 
 constexpr int kAddedToItselfLine = 50;
 constexpr int kNoContainerLine = 585;
+
+constexpr int kPlaceBits = 32;
+
+/// The hash of the name, above as many bits as a place has.
+std::uint64_t HashOf(const UString& name) {
+    const std::string_view bytes(reinterpret_cast<const char*>(name.data()),
+                                 name.length() * sizeof(unsigned short));
+    return std::uint64_t{std::hash<std::string_view>()(bytes)} << kPlaceBits;
+}
+
+std::size_t PlaceIn(std::uint64_t entry) {
+    return static_cast<std::uint32_t>(entry);
+}
 
 } // namespace
 
@@ -48,10 +63,8 @@ void ContainerItem::AddItem(const boost::shared_ptr<Item>& item) {
         return;
     if (item.get() == this)
         FailString("XMLSerializable", "Source/XML/XMLSerializable", kAddedToItselfLine);
-    // The new item's own name becomes the key, which outlives that of an earlier namesake.
-    const NameIndex::value_type added(NameKey(item->GetName()),
-                                      static_cast<std::uint32_t>(fItems.size()));
-    *fIndex.insert(added).first = added;
+    const std::uint64_t entry = HashOf(item->GetName()) | fItems.size();
+    fIndex.insert(std::ranges::upper_bound(fIndex, entry), entry);
     fItems.push_back(item);
     SetChanged(true);
 }
@@ -67,26 +80,23 @@ void ContainerItem::RemoveItem(boost::shared_ptr<Item> item) {
 }
 
 void ContainerItem::MakeIndex() {
-    NameIndex::Entries entries;
-    entries.reserve(fItems.size());
+    fIndex.clear();
+    fIndex.reserve(fItems.size());
     for (const boost::shared_ptr<Item>& item : fItems)
-        entries.emplace_back(NameKey(item->GetName()), static_cast<std::uint32_t>(entries.size()));
-    // Of namesakes the last one stands first, which stays.
-    std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
-        return a.first < b.first || (a.second > b.second && !(b.first < a.first));
-    });
-    const auto kept = std::unique(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
-        return !(a.first < b.first);
-    });
-    entries.erase(kept, entries.end());
-    fIndex = NameIndex(std::move(entries));
+        fIndex.push_back(HashOf(item->GetName()) | fIndex.size());
+    std::ranges::sort(fIndex);
 }
 
 boost::shared_ptr<Item> ContainerItem::GetItem(ItemType type, const UString& name) const {
-    const auto found = fIndex.find(NameKey(name));
-    if (found == fIndex.end() || fItems[found->second]->GetType() != type)
-        return {};
-    return fItems[found->second];
+    const std::uint64_t hash = HashOf(name);
+    // From the last one of that hash on, so that of namesakes the last one is found.
+    auto at = std::ranges::upper_bound(fIndex, hash | PlaceIn(~std::uint64_t{0}));
+    while (at != fIndex.begin() && *--at >= hash) {
+        const boost::shared_ptr<Item>& item = fItems[PlaceIn(*at)];
+        if (item->GetName() == name)
+            return item->GetType() == type ? item : nullptr;
+    }
+    return {};
 }
 
 boost::shared_ptr<UStringItem> ContainerItem::GetUStringItem(const UString& name) const {

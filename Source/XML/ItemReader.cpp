@@ -63,34 +63,36 @@ void ItemReader::ReadChildren(ContainerItem& container) {
 }
 
 void ItemReader::ReadElement(ContainerItem& container, const Item*& previous) {
-    const UString type(fParser.CurrentElement().Local(), UString::kUTF8);
-    AttributeList attributes;
-    fParser.ReadAllAttributes(attributes);
-    if (!IsForThisPlatform(attributes))
+    const UString type(fParser.CurrentElement().Local(), UString::kASCII);
+    fParser.ReadAllAttributes(fAttributes);
+    if (!IsForThisPlatform(fAttributes))
         return;
-    boost::shared_ptr<Item> item = MakeItem(UStringToOSType(type), attributes);
+    // What is needed of the list is taken now: those of the children take its place.
+    const unsigned int language = LanguageOf(fAttributes);
+    UString name;
+    const bool isNamed = Parser::FindAttributeInList(fAttributes, kItemNameAttributeUString, name);
+    PackedAttributes attributes(fAttributes, name);
+    boost::shared_ptr<Item> item;
+    if (isNamed)
+        item = MakeItem(UStringToOSType(type), std::move(name));
     // What is left unread beneath a wrapper, an unknown element or a leaf belongs here as well, in
     // front of the leaf.
     ReadChildren(container);
     if (item == nullptr)
         return;
-    const unsigned int language = LanguageOf(attributes);
     item->fAttributes = std::move(attributes);
     Place(container, std::move(item), language, previous);
 }
 
-/// Null for an element without a name and for one of an unknown type.
-boost::shared_ptr<Item> ItemReader::MakeItem(Item::ItemType type, const AttributeList& attributes) {
-    UString name;
-    if (!Parser::FindAttributeInList(attributes, kItemNameAttributeUString, name))
-        return {};
+/// Null for one of an unknown type.
+boost::shared_ptr<Item> ItemReader::MakeItem(Item::ItemType type, UString name) {
     UString value;
-    const bool hasValue = Parser::FindAttributeInList(attributes, kValueAttributeUString, value);
+    const bool hasValue = Parser::FindAttributeInList(fAttributes, kValueAttributeUString, value);
     switch (type) {
     case Item::kUString:
         return CreateUString(std::move(name), hasValue ? std::move(value) : fParser.ReadText());
     case Item::kRawData:
-        return MakeRawData(std::move(name), TextOf(attributes, kSizeAttributeUString));
+        return MakeRawData(std::move(name), TextOf(fAttributes, kSizeAttributeUString));
     case Item::kDouble:
         return boost::make_shared<DoubleItem>(std::move(name), UStringToDouble(value));
     case Item::kOSType:

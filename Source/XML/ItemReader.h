@@ -18,7 +18,7 @@ public:
 private:
     void ReadChildren(ContainerItem& container);
     void ReadElement(ContainerItem& container, const Item*& previous);
-    boost::shared_ptr<Item> MakeItem(Item::ItemType type, const AttributeList& attributes);
+    boost::shared_ptr<Item> MakeItem(Item::ItemType type, UString name);
     boost::shared_ptr<Item> MakeRawData(UString name, const UString& size);
     boost::shared_ptr<Item> MakeContainer(UString name);
     void Place(ContainerItem& container, boost::shared_ptr<Item> item, unsigned int language,
@@ -26,6 +26,8 @@ private:
 
     Parser& fParser;
     unsigned int fLanguage;
+    /// Those of the element that is being read.
+    AttributeList fAttributes;
     /// Room that the document's raw data may still claim beyond what its text fills.
     std::size_t fSlack = std::size_t{1} << 20;
 };

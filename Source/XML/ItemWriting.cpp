@@ -61,25 +61,25 @@ bool Item::HasChanged() const {
 }
 
 void Item::SetComment(const UString& comment) {
-    fComment = comment;
+    fComment = comment.empty() ? nullptr : std::make_unique<UString>(comment);
     fChanged = true;
 }
 
-void Item::SetAttributes(AttributeList attributes) {
-    fAttributes = std::move(attributes);
+void Item::SetAttributes(const AttributeList& attributes) {
+    fAttributes = PackedAttributes(attributes, fName);
     fChanged = true;
 }
 
 void Item::Write(Writer& writer) {
     static const Name nameAttribute(kItemNameAttributeUString, UString());
-    if (!fComment.empty()) {
+    if (fComment != nullptr) {
         writer.NewLine();
-        writer.Comment(WithoutHyphenRuns(fComment));
+        writer.Comment(WithoutHyphenRuns(*fComment));
     }
     const Name element(OSTypeToUString(fType), UString());
     writer.StartElement(element);
     writer.Attribute(nameAttribute, fName);
-    for (const AttributePair& pair : fAttributes) {
+    for (const AttributePair& pair : GetAttributes()) {
         if (!HasOwnAttribute(pair.name))
             writer.Attribute(Name(pair.name, UString()), pair.value);
     }

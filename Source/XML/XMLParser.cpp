@@ -30,6 +30,10 @@ std::size_t Length(const xmlChar* text) {
     return std::strlen(Chars(text));
 }
 
+void Assign(UString& target, const xmlChar* text) {
+    target.assign(text, Length(text), UString::kUTF8);
+}
+
 UString ToUString(const xmlChar* text) {
     return text != nullptr ? UString(text, Length(text), UString::kUTF8) : UString();
 }
@@ -216,19 +220,22 @@ Name Parser::CurrentElement() const {
 }
 
 bool Parser::ReadAllAttributes(AttributeList& attributes) {
-    attributes.clear();
     const int count = xmlTextReaderAttributeCount(fReader.get());
-    if (count <= 0)
-        return false;
-    attributes.reserve(static_cast<std::size_t>(count));
-    while (xmlTextReaderMoveToNextAttribute(fReader.get()) == 1) {
+    attributes.resize(static_cast<std::size_t>(std::max(count, 0)));
+    // Into the texts that are there, which a caller may keep for the next element.
+    std::size_t read = 0;
+    while (read < attributes.size() && xmlTextReaderMoveToNextAttribute(fReader.get()) == 1) {
         const xmlChar* name = xmlTextReaderConstName(fReader.get());
         const xmlChar* value = xmlTextReaderConstValue(fReader.get());
-        if (name != nullptr && value != nullptr)
-            attributes.push_back({ToUString(name), ToUString(value)});
+        if (name == nullptr || value == nullptr)
+            continue;
+        Assign(attributes[read].name, name);
+        Assign(attributes[read].value, value);
+        ++read;
     }
+    attributes.resize(read);
     xmlTextReaderMoveToElement(fReader.get());
-    return !attributes.empty();
+    return read > 0;
 }
 
 UString Parser::ReadText() {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Strings/SortedVectorMap.h"
 #include "Strings/TextConversions.h"
-#include "XML/XMLName.h"
+#include "XML/PackedAttributes.h"
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
@@ -63,13 +62,13 @@ public:
     const UString& GetName() const { return fName; }
 
     /// Stands in front of the element. It is not read back.
-    const UString& GetComment() const { return fComment; }
+    const UString& GetComment() const { return fComment ? *fComment : UString::kEmptyString; }
     void SetComment(const UString& comment);
 
     /// All attributes of the element that the item was read from. They are written back unchanged,
     /// save "name", "value" and "size", for which the item writes its own.
-    const AttributeList& GetAttributes() const { return fAttributes; }
-    void SetAttributes(AttributeList attributes);
+    AttributeList GetAttributes() const { return fAttributes.Unpacked(fName); }
+    void SetAttributes(const AttributeList& attributes);
 
 protected:
     Item(ItemType type, UString name);
@@ -83,8 +82,8 @@ private:
     ItemType fType;
     bool fChanged = false;
     UString fName;
-    UString fComment;
-    AttributeList fAttributes;
+    std::unique_ptr<UString> fComment; ///< null when empty, as nearly all are
+    PackedAttributes fAttributes;
 };
 
 /// A leaf: a name and one value of a type that the code `kType` stands for.
@@ -156,32 +155,11 @@ private:
 
     void ReleaseItems();
 
-    /// A name, which stands in the item. The order is that of the hashes, which a look-up compares
-    /// without a look at the names.
-    struct NameKey {
-        explicit NameKey(const UString& text)
-            : name(&text)
-            , hash(static_cast<std::uint32_t>(std::hash<std::string_view>()(Bytes()))) {}
-
-        std::string_view Bytes() const {
-            return {reinterpret_cast<const char*>(name->data()),
-                    name->length() * sizeof(unsigned short)};
-        }
-
-        friend bool operator<(const NameKey& a, const NameKey& b) {
-            return a.hash != b.hash ? a.hash < b.hash : a.Bytes() < b.Bytes();
-        }
-
-        const UString* name;
-        std::uint32_t hash;
-    };
-    using NameIndex = sorted_vector_map<NameKey, std::uint32_t>;
-
     void MakeIndex();
 
     Items fItems;
-    /// The place of the last item of each name.
-    NameIndex fIndex;
+    /// For each item, in their order: the hash of its name above its place.
+    std::vector<std::uint64_t> fIndex;
 };
 
 boost::shared_ptr<UStringItem> CreateUString(UString name, UString value);
