@@ -4,10 +4,20 @@
 
 declare -A players=() # the process that plays a unit
 
-# switch_on UNIT PLACE MODEL: plugs it in and plays it, as a "main" or an "extender".
+# is_linked PLACE: whether surface-ports hears the unit.
+is_linked() {
+    awk -v unit="$(client_at "$1")" '
+        /^Client/ { here = $2 == unit; if (/"Surface Ports"/) keeper = $2 }
+        here && /Connecting To:/ { linked = linked " " $3 }
+        END { exit !(keeper && linked ~ " " keeper ":") }' /proc/asound/seq/clients
+}
+
+# switch_on UNIT PLACE MODEL: plugs it in and plays it, as a "main" or an "extender". It speaks first when it
+# is heard: real ones take seconds to start, and the kernel drops what comes while an input is being opened.
 switch_on() {
     local unit=$1
     plug "$unit" "$2"
+    [ -z "${ports:-}" ] || wait_until "$unit is heard" is_linked "$2"
     [ -p "$work/$unit.hand" ] || mkfifo "$work/$unit.hand"
     "$BUILD_DIR/examples/rack" "$3=hw:$(cat "$gadgets/$unit/functions/midi.usb0/index"),0" \
         <>"$work/$unit.hand" >"$work/$unit" 2>&1 &
