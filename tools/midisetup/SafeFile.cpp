@@ -41,6 +41,12 @@ int WriteAndClose(int descriptor, std::string_view text) {
     return close(descriptor) == 0 || error != 0 ? error : errno;
 }
 
+/// Has the names in a file's folder on the disk; 0, or the error's number.
+int SynchroniseFolderOf(const std::filesystem::path& file) {
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    return WriteAndClose(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), {});
+}
+
 } // namespace
 
 void WriteSafely(const std::string& file, const std::string& text) {
@@ -63,6 +69,8 @@ void WriteSafely(const std::string& file, const std::string& text) {
         code = errno;
     if (code != 0 && descriptor >= 0)
         unlink(beside.c_str());
+    if (code == 0)
+        code = SynchroniseFolderOf(target);
     if (code != 0)
         FailToWrite(file, code);
 }
