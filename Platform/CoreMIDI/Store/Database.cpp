@@ -148,7 +148,8 @@ DatabaseProblem ProblemOf(int code, const std::filesystem::path& path) {
     case SQLITE_NOMEM:
         return {kKestrinMIDIDatabaseUnreachable,
                 Sentence("The MIDI database %1 can't be read or written (%2).", path,
-                         sqlite3_errstr(code))};
+                         sqlite3_errstr(code)),
+                code};
     default:
         return {kKestrinMIDIDatabaseDamaged,
                 Sentence("The MIDI database %1 is damaged (%2).", path, sqlite3_errstr(code))};
@@ -253,13 +254,17 @@ bool Database::HasMoved() const {
     return moved != 0;
 }
 
-void Database::CloseCleanly() {
-    if (HasMoved()) // the log beside the name is another file's
-        return CloseUntouched();
+int Database::CloseCleanly() {
+    if (HasMoved()) { // the log beside the name is another file's
+        CloseUntouched();
+        return SQLITE_OK;
+    }
     fStatements.clear();
     sqlite3_busy_timeout(Connection(), kExitBusyMilliseconds);
-    sqlite3_wal_checkpoint_v2(Connection(), "main", SQLITE_CHECKPOINT_FULL, nullptr, nullptr);
+    const int code =
+        sqlite3_wal_checkpoint_v2(Connection(), "main", SQLITE_CHECKPOINT_FULL, nullptr, nullptr);
     fConnection.reset();
+    return code;
 }
 
 void Database::CloseUntouched() {

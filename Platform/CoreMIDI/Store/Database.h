@@ -17,6 +17,7 @@ namespace KestrinMIDI {
 struct DatabaseProblem {
     KestrinMIDIDatabaseState state = kKestrinMIDIDatabaseReady;
     std::string text;
+    int code = SQLITE_OK; ///< of a disk that is full or fails
 };
 
 /// An English sentence for a person: `pattern` with the path as %1 and, in parentheses, the cause
@@ -74,8 +75,9 @@ public:
 
     // Ending
 
-    /// Brings what was committed to the disk itself, so that it survives a power cut, and closes.
-    void CloseCleanly();
+    /// Brings what was committed from the log into the file, and closes. SQLite's code of the
+    /// former.
+    int CloseCleanly();
     /// Closes without writing anything: for a file found to be damaged.
     void CloseUntouched();
     /// Leaves the connection to the process that opened it: closing it in a forked child would undo

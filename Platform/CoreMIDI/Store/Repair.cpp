@@ -102,6 +102,22 @@ void RemoveWithCompanions(const std::filesystem::path& path) {
     RemoveCompanions(path);
 }
 
+/// A copy that has its name only once it is whole, and on the disk.
+std::error_code CopyWhole(const std::filesystem::path& from, const std::filesystem::path& part,
+                          const std::filesystem::path& to) {
+    std::error_code error;
+    std::filesystem::copy_file(from, part, std::filesystem::copy_options::overwrite_existing,
+                               error);
+    const int copy = error ? -1 : open(part.c_str(), O_RDONLY | O_CLOEXEC);
+    if (!error && (copy < 0 || fsync(copy) != 0))
+        error = std::error_code(errno, std::generic_category());
+    if (copy >= 0)
+        close(copy);
+    if (!error)
+        std::filesystem::rename(part, to, error);
+    return error;
+}
+
 /// Gives the damaged file a second name, and its log, which may hold what the file does not.
 std::error_code SetAside(const std::filesystem::path& path, const std::filesystem::path& dated) {
     std::error_code error;
@@ -111,8 +127,8 @@ std::error_code SetAside(const std::filesystem::path& path, const std::filesyste
         if (!IsFilled(from) || IsSameFile(from, to))
             continue;
         std::filesystem::create_hard_link(from, to, error);
-        if (error)
-            std::filesystem::copy_file(from, to, error);
+        if (error) // a file system without links
+            error = CopyWhole(from, With(path, ".copy"), to);
         if (error)
             break;
     }
@@ -221,11 +237,12 @@ OSStatus Salvage(sqlite3* damaged, const std::filesystem::path& fresh,
     DatabaseProblem problem;
     const std::unique_ptr<Database> saved = Database::Open(fresh, problem);
     if (!saved)
-        return kKestrinMIDIErrDisk;
+        return problem.code == SQLITE_OK ? OSStatus(kKestrinMIDIErrDisk) : StatusOf(problem.code);
     if (const OSStatus status = WriteAll(*saved, keys, store, counts); status != noErr)
         return status;
-    saved->CloseCleanly();
-    return IsFilled(With(fresh, "-wal")) ? OSStatus(kKestrinMIDIErrDisk) : OSStatus(noErr);
+    const int code = saved->CloseCleanly();
+    return code == SQLITE_OK && IsFilled(With(fresh, "-wal")) ? OSStatus(kKestrinMIDIErrDisk)
+                                                              : StatusOf(code);
 }
 
 } // namespace
@@ -263,6 +280,7 @@ OSStatus RepairDatabase(const std::filesystem::path& path, std::filesystem::path
         status = Replace(damaged.get(), file, fresh, savedAs);
     if (status != noErr)
         RemoveWithCompanions(fresh);
+    std::filesystem::remove(With(file, ".copy"), error);
     lock.Synchronise();
     return status;
 }

@@ -1,15 +1,28 @@
 #include "Platform/CoreMIDI/Store/SQLite.h"
 
+#include <cerrno>
+
 namespace KestrinMIDI {
 
+namespace {
+
+/// Where there is no room for what it keeps beside the file, SQLite speaks of a failing disk.
+int CodeOf(sqlite3* connection, int code) {
+    const bool isFull = (code & 0xFF) == SQLITE_IOERR && sqlite3_system_errno(connection) == ENOSPC;
+    return isFull ? SQLITE_FULL : code;
+}
+
+} // namespace
+
 int Execute(sqlite3* connection, const char* sql) {
-    return sqlite3_exec(connection, sql, nullptr, nullptr, nullptr);
+    return CodeOf(connection, sqlite3_exec(connection, sql, nullptr, nullptr, nullptr));
 }
 
 Statement::Statement(sqlite3* connection, std::string_view sql, unsigned int flags) {
     sqlite3_stmt* statement = nullptr;
-    fCode = sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()), flags,
-                               &statement, nullptr);
+    fCode =
+        CodeOf(connection, sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()),
+                                              flags, &statement, nullptr));
     fStatement.reset(statement);
 }
 
@@ -35,7 +48,7 @@ void Statement::BindNull(int parameter) {
 int Statement::Step() {
     if (fCode != SQLITE_OK)
         return fCode;
-    return sqlite3_step(fStatement.get());
+    return CodeOf(sqlite3_db_handle(fStatement.get()), sqlite3_step(fStatement.get()));
 }
 
 void Statement::Reset() {
