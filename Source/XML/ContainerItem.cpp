@@ -2,6 +2,7 @@
 #include "XML/XMLSerializable.h"
 
 #include <algorithm>
+#include <bit>
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <new>
@@ -21,10 +22,6 @@ std::uint64_t HashOf(const UString& name) {
     const std::string_view bytes(reinterpret_cast<const char*>(name.data()),
                                  name.length() * sizeof(unsigned short));
     return std::uint64_t{std::hash<std::string_view>()(bytes)} << kPlaceBits;
-}
-
-std::size_t PlaceIn(std::uint64_t entry) {
-    return static_cast<std::uint32_t>(entry);
 }
 
 } // namespace
@@ -63,9 +60,11 @@ void ContainerItem::AddItem(const boost::shared_ptr<Item>& item) {
         return;
     if (item.get() == this)
         FailString("XMLSerializable", "Source/XML/XMLSerializable", kAddedToItselfLine);
-    const std::uint64_t entry = HashOf(item->GetName()) | fItems.size();
-    fIndex.insert(std::ranges::upper_bound(fIndex, entry), entry);
     fItems.push_back(item);
+    if (2 * fItems.size() > fIndex.size())
+        MakeIndex();
+    else
+        AddToIndex(fItems.size() - 1);
     SetChanged(true);
 }
 
@@ -80,23 +79,38 @@ void ContainerItem::RemoveItem(boost::shared_ptr<Item> item) {
 }
 
 void ContainerItem::MakeIndex() {
-    fIndex.clear();
-    fIndex.reserve(fItems.size());
-    for (const boost::shared_ptr<Item>& item : fItems)
-        fIndex.push_back(HashOf(item->GetName()) | fIndex.size());
-    std::ranges::sort(fIndex);
+    fIndex.assign(std::bit_ceil(2 * fItems.size()), 0);
+    for (std::size_t place = 0; place < fItems.size(); ++place)
+        AddToIndex(place);
+}
+
+void ContainerItem::AddToIndex(std::size_t place) {
+    const UString& name = fItems[place]->GetName();
+    const std::uint64_t hash = HashOf(name);
+    fIndex[EntryOf(name, hash)] = hash | (place + 1);
+}
+
+/// The number of the entry of that name, or of the free one where it would stand.
+std::size_t ContainerItem::EntryOf(const UString& name, std::uint64_t hash) const {
+    const std::size_t last = fIndex.size() - 1;
+    std::size_t at = (hash >> kPlaceBits) & last;
+    const auto isOther = [&](std::uint64_t entry) {
+        return (entry ^ hash) >> kPlaceBits != 0 || ItemOf(entry)->GetName() != name;
+    };
+    while (fIndex[at] != 0 && isOther(fIndex[at]))
+        at = (at + 1) & last;
+    return at;
+}
+
+const boost::shared_ptr<Item>& ContainerItem::ItemOf(std::uint64_t entry) const {
+    return fItems[static_cast<std::uint32_t>(entry) - 1];
 }
 
 boost::shared_ptr<Item> ContainerItem::GetItem(ItemType type, const UString& name) const {
-    const std::uint64_t hash = HashOf(name);
-    // From the last one of that hash on, so that of namesakes the last one is found.
-    auto at = std::ranges::upper_bound(fIndex, hash | PlaceIn(~std::uint64_t{0}));
-    while (at != fIndex.begin() && *--at >= hash) {
-        const boost::shared_ptr<Item>& item = fItems[PlaceIn(*at)];
-        if (item->GetName() == name)
-            return item->GetType() == type ? item : nullptr;
-    }
-    return {};
+    if (fItems.empty())
+        return {};
+    const std::uint64_t entry = fIndex[EntryOf(name, HashOf(name))];
+    return entry != 0 && ItemOf(entry)->GetType() == type ? ItemOf(entry) : nullptr;
 }
 
 boost::shared_ptr<UStringItem> ContainerItem::GetUStringItem(const UString& name) const {

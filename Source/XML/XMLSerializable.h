@@ -156,9 +156,14 @@ private:
     void ReleaseItems();
 
     void MakeIndex();
+    void AddToIndex(std::size_t place);
+    std::size_t EntryOf(const UString& name, std::uint64_t hash) const;
+    const boost::shared_ptr<Item>& ItemOf(std::uint64_t entry) const;
 
     Items fItems;
-    /// For each item, in their order: the hash of its name above its place.
+    /// A table of a power of two entries, of which at least half are free, that is 0; the others
+    /// have the hash of a name above the place of its last item, counted from 1. A name stands at
+    /// its hash or behind, with no free entry in between.
     std::vector<std::uint64_t> fIndex;
 };
 
