@@ -1,9 +1,11 @@
 # Equal units that no serial tells apart: because they have none, or because all have the same. Each is
 # known by its place then.
-exchange_at_places() {
-    local left=$1 right=$2
+exchange_at_places() { # UNIT UNIT NOTES: NOTES is how many of the doctor's notes name both
+    local left=$1 right=$2 notes
     plug "$left" 0
     plug "$right" 3
+    notes=$(midisetup doctor | grep -c 'by their USB port alone.* no serial number: MCU Pro USB, MCU Pro USB 2\.' || true)
+    expect_equal "the doctor's notes" "$3" "$notes"
     settle "MCU Pro USB" 1 10
     settle "MCU Pro USB 2" 2 20
 
@@ -23,9 +25,9 @@ exchange_at_places() {
 
 make_unit without 4
 make_unit without-too 4
-exchange_at_places without without-too
+exchange_at_places without without-too 1
 
 rm "$KESTRIN_MIDI_DATABASE"*
 make_unit same 4 serial=0000
 make_unit same-too 4 serial=0000
-exchange_at_places same same-too
+exchange_at_places same same-too 0
