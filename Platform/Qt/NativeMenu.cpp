@@ -80,7 +80,7 @@ void NativeMenu::PopUp(const NativeView& view, CGPoint where, int item) {
 }
 
 QMenu* OpenWidgetOf(const NativeMenu& menu) {
-    return menu.GetData().shown.fWidget;
+    return menu.GetData().shown.fWidget.data();
 }
 
 } // namespace Kestrin

@@ -168,11 +168,11 @@ WeakItem TrackPopUp(NativeMenu& menu, const NativeView& view, CGPoint where, int
         return chosen;
     const QPointer<QWidget> parent = WidgetOf(view);
     // It covers the control that it opened over, to its right edge.
-    const QPointer<PopUpWidget> widget =
-        new PopUpWidget(menu, parent, parent->width() - static_cast<int>(where.x));
-    parent->window()->installEventFilter(widget);
-    shown.fWidget = widget;
-    const QAction* action = widget->Track(parent->mapToGlobal(ToQt(where)).toPoint(), item);
+    auto* const opened = new PopUpWidget(menu, parent, parent->width() - static_cast<int>(where.x));
+    const QPointer<PopUpWidget> widget = opened;
+    parent->window()->installEventFilter(opened);
+    shown.fWidget = opened;
+    const QAction* action = opened->Track(parent->mapToGlobal(ToQt(where)).toPoint(), item);
     // The chosen action is part of the widget, which goes with its parent.
     if (widget && action != nullptr)
         chosen = action->data().value<WeakItem>();

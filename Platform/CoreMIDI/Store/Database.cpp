@@ -28,8 +28,8 @@ std::filesystem::path Home() {
     passwd entry{};
     passwd* found = nullptr;
     std::string texts(1 << 14, '\0');
-    getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found);
-    return found && found->pw_dir ? found->pw_dir : "/";
+    const int error = getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found);
+    return error == 0 && found && found->pw_dir ? found->pw_dir : "/";
 }
 
 std::filesystem::path DataHome() {
