@@ -3,10 +3,11 @@
 #include "XML/XMLSerializable.h"
 #include "XML/XMLWriter.h"
 
+#include "tests/fuzz/Require.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <sstream>
 
 // Reads the bytes as a document. What is read is written, read back and written again: the same
@@ -78,21 +79,16 @@ boost::shared_ptr<ContainerItem> Read(const std::string& document) {
     return ReadContainerFromFile(&stream, kDefaultLanguage);
 }
 
-void Check(bool holds) {
-    if (!holds)
-        std::abort();
-}
-
 void CheckRoundTrip(ContainerItem& tree) {
     const Fate fate = FateOf(tree, 1);
     if (fate == kIsLost)
         return;
     const std::string first = WriteSerializedString(tree);
     const auto second = Read(first);
-    Check(second != nullptr && !second->HasChanged());
+    Require(second != nullptr && !second->HasChanged(), "what was written can be read");
     const std::string again = WriteSerializedString(*second);
-    Check(fate == kSettles || again == first);
-    Check(WriteSerializedString(*Read(again)) == again);
+    Require(fate == kSettles || again == first, "it is written as it was");
+    Require(WriteSerializedString(*Read(again)) == again, "it stays as it is");
 }
 
 } // namespace
