@@ -7,7 +7,7 @@
 namespace {
 
 /// How many more pieces of memory can be had before one can't; negative: as many as there are.
-int sPieces = -1;
+thread_local int sPieces = -1;
 
 } // namespace
 

@@ -108,6 +108,34 @@ TEST_F(SharingTest, AKilledWriterLosesNothingThatWasConfirmed) {
     }
 }
 
+TEST_F(SharingTest, EightThreadsChangeTheStudioOneAfterTheOther) {
+    constexpr int kRounds = 20;
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    SetNumber(device, "count", 0);
+    std::vector<std::thread> threads;
+    for (int number = 1; number <= 8; ++number) {
+        threads.emplace_back([&, number] {
+            MIDIClientRef client = 0;
+            MIDIClientCreate(nullptr, nullptr, nullptr, &client);
+            for (int round = 1; round <= kRounds; ++round) {
+                EXPECT_EQ(KestrinMIDIBeginChanges(), noErr);
+                SetNumber(device, "count", *Number(device, "count") + 1);
+                EXPECT_EQ(KestrinMIDIEndChanges(), noErr);
+                SetNumber(device, ("of " + std::to_string(number)).c_str(), round);
+                KestrinMIDIClientDeliver(client);
+                if (number == round)
+                    MIDIRestart();
+            }
+            MIDIClientDispose(client);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(Number(device, "count"), 8 * kRounds);
+    for (int number = 1; number <= 8; ++number)
+        EXPECT_EQ(Number(device, ("of " + std::to_string(number)).c_str()), kRounds);
+}
+
 TEST_F(SharingTest, AForkedChildLeavesTheDatabaseToItsParent) {
     const MIDIDeviceRef device = AddInterface("Interface", 1);
     const pid_t child = fork();
