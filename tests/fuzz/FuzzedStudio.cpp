@@ -1,19 +1,23 @@
 #include "tests/fuzz/FuzzedStudio.h"
 
 #include "Platform/CoreMIDI/Interface/Service.h"
-#include "Platform/CoreMIDI/Live/EndpointNames.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tools/midisetup/CommandLine.h"
 
 #include <sqlite3.h>
+#include <unicode/utf8.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <mutex>
 #include <sstream>
 #include <utility>
+
+/// Whole stacks of each allocation take a quarter of the time.
+extern "C" const char* __asan_default_options() {
+    return "malloc_context_size=3";
+}
 
 namespace FuzzedStudio {
 
@@ -50,19 +54,19 @@ void Prepare() {
     Service::Instance().UseReader(std::make_unique<ShownSequencer>());
 }
 
-/// Lines of well-formed UTF-8 without control characters.
+} // namespace
+
 bool IsPlainText(const std::string& text) {
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        std::replace(line.begin(), line.end(), '\t', ' ');
-        line = "." + line + "."; // blanks at the ends stay
-        if (CleanName(line) != line)
+    const auto size = static_cast<std::int32_t>(text.size());
+    for (std::int32_t place = 0; place < size;) {
+        UChar32 character = 0;
+        U8_NEXT(text.data(), place, size, character);
+        const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
+        if (isControl && character != '\n' && character != '\t')
             return false;
     }
     return true;
 }
-
-} // namespace
 
 void Begin(const std::string& database) {
     static std::once_flag isPrepared;

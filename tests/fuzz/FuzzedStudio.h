@@ -27,6 +27,9 @@ void PlugIn(SequencerSnapshot snapshot);
 /// A unit with one port, and a program.
 SequencerSnapshot OneUnit();
 
+/// Whether it is well-formed UTF-8 without control characters but for line feeds and tabs.
+bool IsPlainText(const std::string& text);
+
 struct Answer {
     int exitCode = 0;
     std::string output;

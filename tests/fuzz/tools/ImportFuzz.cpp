@@ -10,7 +10,7 @@ using namespace FuzzedStudio;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
     PlugIn(OneUnit());
     Begin(SmallStudio());
-    const std::string before = MidiSetup({"export"}).output;
+    static const std::string before = MidiSetup({"export"}).output;
     const Answer imported = MidiSetup({"import", "-y", "-"}, {bytes, bytes + count});
     const Answer after = MidiSetup({"export"});
     Require(after.exitCode == 0, "the studio can be exported");
