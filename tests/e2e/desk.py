@@ -27,7 +27,8 @@ BACKGROUND = (25, 29, 29)
 # Where the controls are clicked, in window coordinates.
 SURFACES, GROUP, POSITION = (300, 32), (190, 92), (190, 132)
 HELP, CANCEL, OK = (300, 171), (400, 171), (500, 171)
-PATIENCE = 20  # seconds, for a machine that has other things to do
+PATIENCE = int(os.environ.get("PATIENCE", "20"))  # seconds, for a machine that has other things to do
+UNDER = os.environ.get("RUN_UNDER", "").split()  # a command that the program is run by, as valgrind
 
 
 def until(what, condition):
@@ -104,7 +105,7 @@ class Program:
 
     def __init__(self, studio, awaits_window=True, scale=1):
         self.scale = scale  # pixels of the screen to one of window coordinates
-        self._process = subprocess.Popen([PROGRAM], env=studio.environment, stdout=subprocess.PIPE,
+        self._process = subprocess.Popen([*UNDER, PROGRAM], env=studio.environment, stdout=subprocess.PIPE,
                                          stderr=subprocess.STDOUT, text=True)
         if awaits_window:
             self.await_window()
