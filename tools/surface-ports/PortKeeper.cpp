@@ -3,6 +3,7 @@
 #include "Surfaces/PlacedSurfaces.h"
 
 #include "tools/messages/Messages.h"
+#include "tools/messages/PrintableText.h"
 
 #include <algorithm>
 
@@ -93,8 +94,8 @@ void PortKeeper::KeepLink(const Unit& unit, Direction direction,
     if (!address) {
         fSequencer.Unlink(unit.id, direction);
     } else if (fSequencer.Link(unit.id, direction, *address) == LinkState::Held) {
-        fComplaints.insert(
-            Message("%1 is held by another program; it is taken when it is free.", unit.name));
+        fComplaints.insert(Message("%1 is held by another program; it is taken when it is free.",
+                                   Printable(unit.name)));
         fIsWaiting = true;
     }
 }

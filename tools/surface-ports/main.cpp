@@ -2,6 +2,7 @@
 #include "Surfaces/PlacedSurfaces.h"
 
 #include "tools/messages/Messages.h"
+#include "tools/messages/PrintableText.h"
 #include "tools/messages/ServiceMessages.h"
 #include "tools/surface-ports/AlsaSequencer.h"
 #include "tools/surface-ports/PortKeeper.h"
@@ -144,8 +145,9 @@ std::string UnitBehind(const Plan& plan, const OpenPort& port) {
         if (SurfaceClientName(group.number) != port.client || place >= group.units.size())
             continue;
         const Unit& unit = group.units[place];
-        return unit.from ? Message("%1 at %2:%3", unit.name, unit.from->client, unit.from->port)
-                         : Message("%1, unplugged", unit.name);
+        const std::string name = Printable(unit.name);
+        return unit.from ? Message("%1 at %2:%3", name, unit.from->client, unit.from->port)
+                         : Message("%1, unplugged", name);
     }
     return Message("nothing");
 }
@@ -154,11 +156,12 @@ int List() {
     const Plan plan = ReadPlan().value_or(Plan());
     const std::vector<OpenPort> ports = OpenPorts();
     for (const OpenPort& port : ports) {
-        std::cout << port.client << " (" << port.address.client << ":" << port.address.port << ")  "
-                  << port.name << "  <-> " << UnitBehind(plan, port) << "\n    ";
+        std::cout << Printable(port.client) << " (" << port.address.client << ":"
+                  << port.address.port << ")  " << Printable(port.name) << "  <-> "
+                  << UnitBehind(plan, port) << "\n    ";
         std::string connected;
         for (const std::string& client : port.connected)
-            connected = Listed(connected, client);
+            connected = Listed(connected, Printable(client));
         std::cout << (connected.empty() ? Message("connected: nobody")
                                         : Message("connected: %1", connected))
                   << "\n";

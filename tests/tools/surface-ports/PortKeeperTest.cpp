@@ -8,6 +8,7 @@ namespace {
 using namespace SurfacePorts;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 /// A sequencer as mixers and units see it: what is open, and which unit is reached by which port.
 class FakeSequencer final : public Sequencer {
@@ -103,7 +104,9 @@ TEST_F(PortKeeperTest, PortsAndGroupsAreAddedAndTakenAtTheEnd) {
 TEST_F(PortKeeperTest, WhatIsHeldOrHasNoRoomIsNamedAndTakenLater) {
     fSequencer.fRoom = 1;
     fSequencer.fHeld = {16, 0};
-    EXPECT_EQ(fKeeper.Keep({{0, {fLeft}}, {1, {fMain}}}).size(), 2u);
+    EXPECT_THAT(fKeeper.Keep({{0, {UnitAt(1, "\x1b\u202eLeft", 16)}}, {1, {fMain}}}),
+                ElementsAre(StartsWith("The sequencer has no room"),
+                            StartsWith("\\x1b\\u{202e}Left is held by another program")));
     EXPECT_TRUE(fKeeper.IsWaiting());
     fSequencer.fRoom = 2;
     fSequencer.fHeld = {};
