@@ -8,7 +8,7 @@ kernel_files() {
     for name in \
         virtio virtio_ring virtio_pci virtio_pci_legacy_dev virtio_pci_modern_dev \
         9pnet 9pnet_virtio 9p netfs fscache overlay configfs \
-        usb-common usbcore udc-core dummy_hcd libcomposite usb_f_midi \
+        usb-common usbcore udc-core dummy_hcd libcomposite usb_f_midi usbip-core vhci-hcd \
         mc soundcore snd snd-timer snd-pcm snd-hwdep snd-rawmidi snd-seq-device \
         snd-seq snd-seq-dummy snd-seq-midi-event snd-seq-midi snd-usbmidi-lib snd-usb-audio; do
         printf './lib/modules/*/%s.ko\n' "$name"

@@ -25,12 +25,12 @@ midisetup() {
 }
 
 # A line for each surface that the program would find, in its order.
-#   surfaces FIELD...    name, uniqueID, type, group, storedPosition ...
+#   surfaces FIELD...    name, uniqueID, type, group, storedPosition ..., or one that its source has
 surfaces() {
     midisetup surfaces --json | python3 -IS -c '
 import json, sys
 for surface in json.load(sys.stdin):
-    print(*(surface[field] for field in sys.argv[1:]), sep=" | ")' "$@"
+    print(*((surface["source"] | surface)[field] for field in sys.argv[1:]), sep=" | ")' "$@"
 }
 
 # Everything that is known, as a tree without the unique IDs and the sequencer's numbers.
