@@ -59,7 +59,8 @@ class Studio:
     def __init__(self, with_surfaces=True):
         self._folder = tempfile.TemporaryDirectory(prefix="kestrin-e2e-")
         self.folder = pathlib.Path(self._folder.name)
-        self.environment = dict(os.environ, KESTRIN_MIDI_DATABASE=str(self.folder / "objects.sqlite3"))
+        self.database = self.folder / "objects.sqlite3"
+        self.environment = dict(os.environ, KESTRIN_MIDI_DATABASE=str(self.database))
         self._record_opened_documents()
         if with_surfaces:
             self.midisetup("demo")
@@ -89,7 +90,7 @@ class Studio:
     @contextlib.contextmanager
     def locked(self):
         """Another program keeps the database from being written."""
-        other = sqlite3.connect(self.environment["KESTRIN_MIDI_DATABASE"], isolation_level=None)
+        other = sqlite3.connect(self.database, isolation_level=None)
         other.execute("BEGIN IMMEDIATE")
         yield
         other.close()
@@ -109,6 +110,11 @@ class Program:
                                          stderr=subprocess.STDOUT, text=True)
         if awaits_window:
             self.await_window()
+
+    @property
+    def process(self):
+        """Its number."""
+        return self._process.pid
 
     # Windows
 
