@@ -1,6 +1,5 @@
 #include "bench/tools/surface-ports/MemorySequencer.h"
 
-#include <alsa/asoundlib.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -11,20 +10,19 @@
 #include <map>
 #include <mutex>
 #include <set>
-#include <utility>
 
 namespace {
 
-using Place = std::pair<int, int>; // a client's number and a port of it
+using namespace MemorySequencer;
 
 constexpr int kFirstProgram = 128;
-constexpr Place kMixer{250, 0};
+constexpr int kMostPorts = 256;
 
 std::mutex sMutex; // of all below
 std::condition_variable sIsDrained;
 std::map<int, snd_seq_t*> sClients;
 std::set<std::pair<Place, Place>> sLinks; // from, to
-std::uint64_t sHeard = 0;
+Hearing sHearing;
 
 } // namespace
 
@@ -34,36 +32,30 @@ struct _snd_seq {
     bool isDrained = true;
     std::string name;
     std::set<int> ports;
-    std::deque<snd_seq_event_t> waiting;
-    snd_seq_event_t current{};
+    std::deque<Event> waiting;
+    Event current;
 };
 
 namespace {
 
-void Arrive(const Place& place, snd_seq_event_t event) {
+void Arrive(const Place& place, Event event) {
     const auto client = sClients.find(place.first);
     if (client == sClients.end()) {
-        ++sHeard;
+        if (sHearing)
+            sHearing(place, event);
         return;
     }
-    event.dest.port = static_cast<unsigned char>(place.second);
-    client->second->waiting.push_back(event);
+    event.head.dest.port = static_cast<unsigned char>(place.second);
+    client->second->waiting.push_back(std::move(event));
     client->second->isDrained = false;
     eventfd_write(client->second->bell, 1);
 }
 
-void Emit(const Place& place, snd_seq_event_t event) {
-    event.source.client = static_cast<unsigned char>(place.first);
-    for (auto link = sLinks.lower_bound({place, {}}); link != sLinks.end() && link->first == place;
+void PassOn(const Place& port, Event event) {
+    event.head.source.client = static_cast<unsigned char>(port.first);
+    for (auto link = sLinks.lower_bound({port, {}}); link != sLinks.end() && link->first == port;
          ++link)
         Arrive(link->second, event);
-}
-
-snd_seq_event_t FaderMove(int position) {
-    snd_seq_event_t event{};
-    event.type = SND_SEQ_EVENT_PITCHBEND;
-    event.data.control.value = position;
-    return event;
 }
 
 std::pair<Place, Place> EndsOf(const snd_seq_port_subscribe_t* link) {
@@ -82,19 +74,31 @@ void EraseLinks(IsGone isGone) {
 
 namespace MemorySequencer {
 
-void SendFromUnit(int client, int position) {
-    const std::lock_guard lock(sMutex);
-    Emit({client, 0}, FaderMove(position));
+Place ListenerTo(const Place& port) {
+    return {kMixer, port.first * kMostPorts + port.second};
 }
 
-void SendFromMixer(const std::string& client, int port, int position) {
+int ClientNamed(const std::string& name) {
     const std::lock_guard lock(sMutex);
     const auto found = std::ranges::find_if(
-        sClients, [&](const auto& entry) { return entry.second->name == client; });
-    snd_seq_event_t event = FaderMove(position);
-    event.source.client = kMixer.first;
-    if (found != sClients.end())
-        Arrive({found->first, port}, event);
+        sClients, [&](const auto& entry) { return entry.second->name == name; });
+    return found != sClients.end() ? found->first : 0;
+}
+
+void Connect(const Place& port, const Place& place) {
+    const std::lock_guard lock(sMutex);
+    sLinks.insert({port, place});
+}
+
+void Emit(const Place& port, Event event) {
+    const std::lock_guard lock(sMutex);
+    PassOn(port, std::move(event));
+}
+
+void Send(const Place& port, Event event) {
+    const std::lock_guard lock(sMutex);
+    event.head.source.client = kMixer;
+    Arrive(port, std::move(event));
 }
 
 void Settle() {
@@ -105,9 +109,9 @@ void Settle() {
     });
 }
 
-std::uint64_t Heard() {
+void Hear(Hearing hearing) {
     const std::lock_guard lock(sMutex);
-    return sHeard;
+    sHearing = std::move(hearing);
 }
 
 void PullOut(int client) {
@@ -147,6 +151,12 @@ int snd_seq_set_client_pool_input(snd_seq_t* /*client*/, std::size_t /*events*/)
 int snd_seq_set_input_buffer_size(snd_seq_t* /*client*/, std::size_t /*bytes*/) {
     return 0;
 }
+int snd_seq_get_port_info(snd_seq_t* /*client*/, int /*port*/, snd_seq_port_info_t* /*info*/) {
+    return 0;
+}
+int snd_seq_set_port_info(snd_seq_t* /*client*/, int /*port*/, snd_seq_port_info_t* /*info*/) {
+    return 0;
+}
 
 int snd_seq_create_port(snd_seq_t* client, snd_seq_port_info_t* info) {
     const std::lock_guard lock(sMutex);
@@ -155,7 +165,7 @@ int snd_seq_create_port(snd_seq_t* client, snd_seq_port_info_t* info) {
         ++port;
     snd_seq_port_info_set_port(info, port);
     if ((snd_seq_port_info_get_capability(info) & SND_SEQ_PORT_CAP_SUBS_READ) != 0)
-        sLinks.insert({{client->number, port}, kMixer});
+        sLinks.insert({{client->number, port}, ListenerTo({client->number, port})});
     return 0;
 }
 
@@ -195,14 +205,21 @@ int snd_seq_event_input(snd_seq_t* client, snd_seq_event_t** event) {
         sIsDrained.notify_all();
         return -EAGAIN;
     }
-    client->current = client->waiting.front();
+    client->current = std::move(client->waiting.front());
     client->waiting.pop_front();
-    *event = &client->current;
-    return 0;
+    *event = &client->current.head;
+    if (snd_seq_ev_is_variable(*event)) {
+        (*event)->data.ext.ptr = client->current.bytes.data();
+        (*event)->data.ext.len = static_cast<unsigned int>(client->current.bytes.size());
+    }
+    return (*event)->type == SND_SEQ_EVENT_NONE ? -ENOSPC : 0;
 }
 
 int snd_seq_event_output_direct(snd_seq_t* client, snd_seq_event_t* event) {
     const std::lock_guard lock(sMutex);
-    Emit({client->number, event->source.port}, *event);
+    Event sent{*event, {}};
+    if (snd_seq_ev_is_variable(event))
+        sent.bytes.assign(static_cast<const char*>(event->data.ext.ptr), event->data.ext.len);
+    PassOn({client->number, event->source.port}, std::move(sent));
     return 0;
 }

@@ -100,15 +100,18 @@ void Replug(int unit, Keeping& keeping) {
     }
 }
 
-/// Half of them from the units, half to them.
+/// Half of them from the units, half to them: faders' moves.
 void Pass(std::uint64_t events) {
+    const int ports = MemorySequencer::ClientNamed("Surfaces 0");
+    MemorySequencer::Event move;
+    move.head.type = SND_SEQ_EVENT_PITCHBEND;
     for (std::uint64_t sent = 0; sent < events; ++sent) {
         const int unit = static_cast<int>(sent / 2 % kUnits);
-        const int position = static_cast<int>(sent & 0x3FFF);
+        move.head.data.control.value = static_cast<int>(sent & 0x3FFF);
         if (sent % 2 == 0)
-            MemorySequencer::SendFromUnit(ClientOf(unit), position);
+            MemorySequencer::Emit({ClientOf(unit), 0}, move);
         else
-            MemorySequencer::SendFromMixer("Surfaces 0", unit, position);
+            MemorySequencer::Send({ports, unit}, move);
         if (sent % kBurst == kBurst - 1)
             MemorySequencer::Settle();
     }
@@ -138,7 +141,9 @@ int main(int count, char** arguments) {
     MIDIGetNumberOfDevices();
     MIDIGetNumberOfSources();
     PlaceUnits();
+    std::uint64_t heard = 0;
+    MemorySequencer::Hear([&heard](const auto&, const auto&) { ++heard; });
     Soak(events, replugs, std::stoull(arguments[3]));
-    std::cerr << MemorySequencer::Heard() << " of " << events << " events heard\n";
-    return MemorySequencer::Heard() == events ? 0 : 1;
+    std::cerr << heard << " of " << events << " events heard\n";
+    return heard == events ? 0 : 1;
 }
