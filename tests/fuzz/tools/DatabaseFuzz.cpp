@@ -2,6 +2,7 @@
 
 #include <CoreMIDI/CoreMIDI.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -14,6 +15,7 @@ using namespace FuzzedStudio;
 namespace {
 
 constexpr int kDamaged = 3;
+constexpr std::size_t kHeader = 100;
 constexpr std::string_view kUniqueID = "\"uniqueID\": ";
 
 void CheckUse(const std::string& exported) {
@@ -42,13 +44,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     const Answer exported = MidiSetup({"export"});
     MIDIRestart(); // what is plugged was written, and is read again
     const int health = MidiSetup({"doctor"}).exitCode;
-    Require(exported.exitCode == 0 || Database() == before, "a refused file stays as it is");
+    // That a log is kept is noted in the header before the tables turn out to be damaged.
+    const bool isDamaged = exported.errors.find(" is damaged (") != std::string::npos;
+    const auto kept = [&](const std::string& file) {
+        return file.substr(isDamaged ? std::min(kHeader, file.size()) : 0);
+    };
+    const auto isAsBefore = [&] { return kept(Database()) == kept(before); };
+    Require(exported.exitCode == 0 || isAsBefore(), "a refused file stays as it is");
     if (health < kDamaged)
         CheckUse(exported.output);
     const bool isRepaired =
         MidiSetup({"doctor", "--repair"}).output.find("set aside") != std::string::npos;
     Require(!isRepaired || health == kDamaged, "only a damaged file is repaired");
     Require(!isRepaired || MidiSetup({"doctor"}).exitCode < kDamaged, "a repaired file is whole");
-    Require(isRepaired || exported.exitCode == 0 || Database() == before, "repair leaves it, too");
+    Require(isRepaired || exported.exitCode == 0 || isAsBefore(), "repair leaves it, too");
     return 0;
 }
