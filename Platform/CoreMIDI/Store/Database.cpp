@@ -23,7 +23,7 @@ constexpr int kLongestRow = 4 << 20;
 
 /// Where the environment names none, the one in the user database.
 std::filesystem::path Home() {
-    if (const char* const home = std::getenv("HOME"); home && *home)
+    if (const char* const home = std::getenv("HOME"); home && home[0] == '/')
         return home;
     passwd entry{};
     passwd* found = nullptr;
@@ -56,6 +56,13 @@ void MakeFile(const std::filesystem::path& path) {
     const int descriptor = open(path.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0600);
     if (descriptor >= 0)
         close(descriptor);
+}
+
+/// Whether the path names what is there and is no file.
+bool IsSomethingElse(const std::filesystem::path& path) {
+    std::error_code missing;
+    const std::filesystem::file_status status = std::filesystem::status(path, missing);
+    return exists(status) && !is_regular_file(status);
 }
 
 /// A file of unknown origin may neither run code of its own nor take much memory.
@@ -166,7 +173,9 @@ std::unique_ptr<Database> Database::Open(const std::filesystem::path& path,
         return nullptr;
     }
     ConnectionHolder connection;
-    if (const int code = OpenConnection(path, connection); code != SQLITE_OK) {
+    // A pipe would be waited for, a device swallow what it is given.
+    const int code = IsSomethingElse(path) ? SQLITE_CANTOPEN : OpenConnection(path, connection);
+    if (code != SQLITE_OK) {
         problem = ProblemOf(code, path);
         return nullptr;
     }
