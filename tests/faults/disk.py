@@ -1,5 +1,5 @@
-"""What a power cut leaves of a folder: a file's content as it was synchronised last, or with some of what was
-written since; its names as of the last synchronisation that concerned them, or of a later moment."""
+# What a power cut leaves of a folder: a file's content as it was synchronised last, or with some of what was
+# written since; its names as of the last synchronisation that concerned them, or of a later moment.
 import os
 
 
@@ -8,54 +8,42 @@ class File:
         self.synchronised = content
         self.pending = []  # (place, bytes), or (size, None) for a new size
 
-    def content(self, chosen=None):
+    def content(self, chosen):
         content = bytearray(self.synchronised)
-        for place, data in self.pending if chosen is None else chosen:
+        for place, data in chosen:
             length = place if data is None else max(len(content), place + len(data))
             content = content[:length].ljust(length, b"\0")
-            if data is not None:
-                content[place:place + len(data)] = data
+            content[place:place + len(data or b"")] = data or b""
         return bytes(content)
 
 
 class Disk:
-    def __init__(self, folder):
-        self.folder = str(folder)
-        self.names = {path.name: File(path.read_bytes()) for path in folder.iterdir() if not path.is_symlink()}
-        self.certain = dict(self.names)
-        self.pending = []  # (the file concerned, the names after it)
-
-    def _name(self, path):
-        path = os.path.join(self.folder, path)
-        return os.path.basename(path) if os.path.dirname(path) == self.folder else None
-
-    def _changed(self, file):
-        self.pending.append((file, dict(self.names)))
+    def __init__(self, studio):
+        self.names = {path.name: File(path.read_bytes()) for path in studio.folder.iterdir() if not path.is_symlink()}
+        self.certain, self.pending = dict(self.names), []  # pending: (the file concerned, the names after it)
 
     def apply(self, call, path, place, data):
-        name = self._name(path)
-        if call == "sync" and path == self.folder:
-            self._names_are_certain(len(self.pending))
-        if name is None or name.endswith("-shm"):  # begins anew with the first program
+        name = os.path.basename(path)
+        if name.endswith("-shm"):  # begins anew with the first program
             return
-        if call in ("write", "truncate", "sync", "unlink") and name not in self.names:
+        if call == "sync" and "." not in name:  # the folder
+            return self._names_are_certain(len(self.pending))
+        if name not in self.names:
             self.names[name] = File()
-            self._changed(self.names[name])
+            self.pending.append((self.names[name], dict(self.names)))
         file = self.names[name]
         if call in ("write", "truncate"):
             file.pending.append((place, data if call == "write" else None))
         elif call == "sync":
-            file.synchronised, file.pending = file.content(), []
+            file.synchronised, file.pending = file.content(file.pending), []
             # What was done to names before is on the disk as well: file systems keep that in order.
             self._names_are_certain(max((i + 1 for i, (one, _) in enumerate(self.pending) if one is file), default=0))
-        elif call == "unlink":
-            del self.names[name]
-            self._changed(file)
         else:
-            self.names[self._name(data.decode())] = file
-            if call == "rename":
+            if call in ("rename", "link"):
+                self.names[os.path.basename(data.decode())] = file
+            if call in ("rename", "unlink"):
                 del self.names[name]
-            self._changed(file)
+            self.pending.append((file, dict(self.names)))
 
     def _names_are_certain(self, count):
         if count:
@@ -63,7 +51,7 @@ class Disk:
             del self.pending[:count]
 
     def images(self, random, tries):
-        """What may be there after a cut at this moment, each once: (the names of a file, its content)..."""
+        # What may be there after a cut at this moment, each once: (the names of a file, its content)...
         def image(names, choose):
             files = {}
             for name, file in sorted(names.items()):
@@ -79,9 +67,8 @@ class Disk:
 
 
 def calls_in(log):
-    """What DiskFaults.c told: (call, path, place, bytes)."""
-    text = log.read_bytes() if log.exists() else b""
-    calls = []
+    # What DiskFaults.c told: (call, path, place, bytes).
+    text, calls = log.read_bytes(), []
     while text:
         line, _, text = text.partition(b"\n")
         call, place, size, path = line.decode().split(" ", 3)

@@ -1,6 +1,7 @@
-"""faults.py MIDISETUP PRESS_OK DISK_FAULTS [--long] [SCENE...]: what a bad day does to the database. Each scene
-ends with one line of what was tried, or says what failed and how to see it again. FAULTS_SEED repeats a run."""
+# faults.py BUILD [--long] [SCENE...]: what a bad day does to the database. Each scene
+# ends with one line of what was tried, or says what failed. FAULTS_SEED repeats a run.
 import os
+import subprocess
 import sys
 import time
 
@@ -10,21 +11,18 @@ import strangers
 from studio import Failed, Rig
 
 SCENES = {scene.__name__: scene for module in (crashes, company, strangers) for scene in module.SCENES}
-
-
-def main(midisetup, press_ok, disk_faults, *words):
-    is_long = "--long" in words
-    seed = os.environ.get("FAULTS_SEED", str(time.time_ns() % 100000) if is_long else "1")
-    failed = 0
-    for name in [word for word in words if word != "--long"] or SCENES:
-        start = time.monotonic()
-        rig = Rig(os.path.abspath(midisetup), os.path.abspath(press_ok), os.path.abspath(disk_faults), is_long, seed)
-        try:
-            print(f"{name}: {SCENES[name](rig)} ({time.monotonic() - start:.0f} s, seed {seed})", flush=True)
-        except Failed as failure:
-            failed += 1
-            print(f"{name}: FAILED with FAULTS_SEED={seed}{' --long' if is_long else ''}: {failure}", flush=True)
-    return 1 if failed else 0
-
-
-sys.exit(main(*sys.argv[1:]))
+words = [word for word in sys.argv[2:] if word != "--long"]
+is_long = "--long" in sys.argv
+seed = os.environ.get("FAULTS_SEED", str(time.time_ns() % 100000) if is_long else "1")
+failed = 0
+for name in words or SCENES:
+    start = time.monotonic()
+    rig = Rig(sys.argv[1], is_long, seed)
+    try:
+        result = SCENES[name](rig)
+    except (Failed, subprocess.TimeoutExpired) as failure:
+        result, failed = f"FAILED: {failure}", 1
+    for program in rig.pressers:
+        program.kill()
+    print(f"{name}: {result} ({time.monotonic() - start:.0f} s, FAULTS_SEED={seed})", flush=True)
+sys.exit(failed)

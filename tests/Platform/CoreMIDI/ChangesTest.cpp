@@ -3,86 +3,14 @@
 #include <CoreMIDI/MIDIChanges.h>
 
 #include <chrono>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <thread>
 
 namespace {
-
-/// A disk that keeps, for each file, what was synchronised last: that is what a power cut leaves.
-class Disk {
-public:
-    static void PutUnderSQLite() {
-        static sqlite3_vfs vfs = *sqlite3_vfs_find(nullptr);
-        sPlain = sqlite3_vfs_find(nullptr);
-        vfs.zName = "disk";
-        vfs.xOpen = Open;
-        sqlite3_vfs_register(&vfs, 1);
-    }
-    static void TakeAway() {
-        sqlite3_vfs_register(sPlain, 1);
-        sqlite3_vfs_unregister(sqlite3_vfs_find("disk"));
-    }
-    /// What stands in the file's place after a power cut, with its log beside it.
-    static void CutPower(const std::string& file, const std::string& after) {
-        for (const char* const suffix : {"", "-wal"})
-            std::ofstream(after + suffix, std::ios::binary) << sSynchronised[file + suffix];
-    }
-
-private:
-    static int Open(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, int* out) {
-        const int code = sPlain->xOpen(vfs, name, file, flags, out);
-        if (code != SQLITE_OK || !name)
-            return code;
-        // Databases and logs have different methods, of which the synchronising is the same.
-        static std::map<const sqlite3_io_methods*, sqlite3_io_methods> tables;
-        sSync = file->pMethods->xSync;
-        sqlite3_io_methods& methods =
-            tables.try_emplace(file->pMethods, *file->pMethods).first->second;
-        methods.xSync = Sync;
-        file->pMethods = &methods;
-        sNames[file] = name;
-        return code;
-    }
-    static int Sync(sqlite3_file* file, int flags) {
-        std::ifstream content(sNames[file], std::ios::binary);
-        sSynchronised[sNames[file]] = {std::istreambuf_iterator<char>(content), {}};
-        return sSync(file, flags);
-    }
-
-    inline static sqlite3_vfs* sPlain = nullptr;
-    inline static int (*sSync)(sqlite3_file*, int) = nullptr;
-    inline static std::map<sqlite3_file*, std::string> sNames;
-    inline static std::map<std::string, std::string> sSynchronised;
-};
 
 class ChangesTest : public MidiTest {
 protected:
     const MIDIDeviceRef fDevice = AddInterface("Interface", 1);
 };
-
-TEST_F(ChangesTest, SurviveAPowerCutOnceTheyAreConfirmed) {
-    Disk::PutUnderSQLite();
-    const std::string file = fFile.parent_path() / "disk.sqlite3";
-    Use(file);
-    const MIDIDeviceRef device = AddInterface("Interface", 1);
-    SetNumber(device, "single", 1);
-    MIDIChanges together;
-    SetNumber(device, "group", 2);
-    SetNumber(device, "position", 3);
-    EXPECT_EQ(together.End(), noErr);
-    {
-        const MIDIChanges unfinished;
-        SetNumber(device, "group", 4);
-        Disk::CutPower(file, file + ".after");
-    }
-    Use(file + ".after");
-    Disk::TakeAway();
-    EXPECT_EQ(Number(device, "single"), 1);
-    EXPECT_EQ(Number(device, "group"), 2);
-    EXPECT_EQ(Number(device, "position"), 3);
-}
 
 TEST_F(ChangesTest, ComeTogetherOrNotAtAll) {
     EXPECT_EQ(KestrinMIDIEndChanges(), kMIDINotPermitted);

@@ -72,27 +72,6 @@ TEST_F(DatabaseFileTest, MayHaveANameThatMeansSomethingElseToSQLite) {
     EXPECT_TRUE(std::filesystem::exists(fFile.parent_path() / ":memory:"));
 }
 
-TEST_F(DatabaseFileTest, IsRefusedWhereTheFolderCantBeMade) {
-    const std::filesystem::path folder = fFile.parent_path();
-    std::filesystem::create_symlink("loop", folder / "loop");
-    std::filesystem::create_directories(folder / "closed" / "folder");
-    std::filesystem::permissions(folder / "closed", std::filesystem::perms(0700));
-    std::filesystem::permissions(folder, std::filesystem::perms(0755));
-    // The superuser may go everywhere, so the child becomes an ordinary user.
-    const pid_t child = Start([&] {
-        ASSERT_TRUE(geteuid() != 0 || setuid(65534) == 0);
-        for (const auto& place :
-             {fFile / "objects.sqlite3", folder / "loop" / "objects.sqlite3",
-              folder / "closed" / "folder" / "objects.sqlite3",
-              folder / std::string(300, 'n') / "objects.sqlite3", folder / std::string(300, 'n')}) {
-            Use(place);
-            ExpectRefused(kKestrinMIDIDatabaseNoFolder, "can't be made");
-            EXPECT_NE(KestrinMIDIRepairDatabase(nullptr, nullptr), noErr);
-        }
-    });
-    EXPECT_EQ(End(child), 0);
-}
-
 TEST_F(DatabaseFileTest, OfANewerVersionOrAnotherProgramIsRefused) {
     RunSQL("PRAGMA user_version=-1");
     ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");

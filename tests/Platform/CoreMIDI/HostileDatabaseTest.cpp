@@ -70,19 +70,6 @@ TEST_F(HostileDatabaseTest, EndsWithManyPropertiesOnOneObject) {
     EXPECT_EQ(MIDIObjectSetIntegerProperty(fDevice, CFSTR("one more"), 1), kMIDINotPermitted);
 }
 
-TEST_F(HostileDatabaseTest, EndsCreatingWhereTheFileHasRulesOfItsOwn) {
-    RunSQL("UPDATE objects SET position=9223372036854775807 WHERE type=1;"
-           "CREATE UNIQUE INDEX single ON objects(type) WHERE type IN (3,16)");
-    PlugIn(SequencerWith({UnitFacts()}));
-    EXPECT_EQ(MIDIGetNumberOfSources(), 1u) << "nothing of a unit that can't be stored whole";
-    AddExternal("First", "", "");
-    EXPECT_NE(MIDIExternalDeviceCreate(nullptr, nullptr, nullptr, nullptr), noErr);
-    MIDIEntityRef entity = 0;
-    EXPECT_EQ(MIDIDeviceAddEntity(fDevice, CFSTR("Last"), 0, 0, 0, &entity), noErr);
-    MIDIRestart();
-    EXPECT_EQ(MIDIDeviceGetEntity(fDevice, 1), entity);
-}
-
 TEST_F(HostileDatabaseTest, TakesNoMoreThanTheFileHolds) {
     RunSQL("DROP TABLE properties;"
            "CREATE TABLE properties(object,key,value AS (zeroblob(1000000)));"
@@ -91,19 +78,6 @@ TEST_F(HostileDatabaseTest, TakesNoMoreThanTheFileHolds) {
            fObject + ",'key'||i FROM n");
     EXPECT_EQ(MIDIGetNumberOfSources(), 1u);
     EXPECT_EQ(KestrinMIDIObjectGetNumberOfProperties(fDevice), 0u);
-}
-
-TEST_F(HostileDatabaseTest, RunsNothingThatTheFileBringsAlong) {
-    RunSQL("CREATE TRIGGER wipe AFTER INSERT ON properties BEGIN DELETE FROM objects; END");
-    SetNumber(fDevice, "group", 1);
-    MIDIRestart();
-    EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
-    RunSQL("DROP TABLE hardware; CREATE VIEW hardware AS WITH RECURSIVE n(i) AS "
-           "(SELECT 1 UNION ALL SELECT i+1 FROM n) SELECT i AS object,'' AS kind,'' AS serial,"
-           "'' AS place,'' AS manufacturer,'' AS name FROM n");
-    EXPECT_EQ(KestrinMIDIGetDatabaseState(), kKestrinMIDIDatabaseDamaged);
-    EXPECT_EQ(KestrinMIDIRepairDatabase(nullptr, nullptr), noErr);
-    EXPECT_EQ(MIDIGetNumberOfDevices(), 1u);
 }
 
 } // namespace

@@ -1,40 +1,6 @@
 #include "tests/Platform/CoreMIDI/MidiTest.h"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <csignal>
 #include <fstream>
-#include <new>
-
-namespace {
-
-/// How many names the process may still change before it is killed; negative: no end.
-int sStepsToLive = -1;
-
-void Step() {
-    if (sStepsToLive >= 0 && sStepsToLive-- == 0)
-        raise(SIGKILL);
-}
-
-} // namespace
-
-extern "C" int rename(const char* from, const char* to) noexcept {
-    Step();
-    return renameat(AT_FDCWD, from, AT_FDCWD, to);
-}
-
-extern "C" int link(const char* from, const char* to) noexcept {
-    Step();
-    return linkat(AT_FDCWD, from, AT_FDCWD, to, 0);
-}
-
-extern "C" int remove(const char* file) noexcept {
-    Step();
-    return unlinkat(AT_FDCWD, file, 0);
-}
 
 namespace {
 
@@ -119,59 +85,6 @@ TEST_F(RepairTest, DropsWhatMakesNoSense) {
     EXPECT_NE(TextOf(KestrinMIDICopyDatabaseDamage()), "");
     EXPECT_EQ(Repair().lost, 2u);
     EXPECT_EQ(NameOf(fDevice), "Interface");
-}
-
-TEST_F(RepairTest, KilledAtAnyStepLeavesTheObjectsAndIsClearedUpByTheNext) {
-    const std::filesystem::path link = fFile.parent_path() / "link";
-    std::filesystem::create_symlink(fFile, link);
-    Use(link);
-    int steps = 0;
-    for (bool isKilled = true; isKilled; ++steps) {
-        AddNonsense();
-        isKilled = End(Start([&] {
-                       sStepsToLive = steps;
-                       KestrinMIDIRepairDatabase(nullptr, nullptr);
-                   })) == -SIGKILL;
-        EXPECT_EQ(NameOf(fDevice), "Interface") << steps;
-        MIDIRestart();
-        if (!TextOf(KestrinMIDICopyDatabaseDamage()).empty())
-            Repair();
-        MIDIRestart();
-        std::vector<std::string> others;
-        for (const auto& file : std::filesystem::directory_iterator(fFile.parent_path())) {
-            if (file.path() != fFile && file.path() != link)
-                others.push_back(file.path());
-        }
-        ASSERT_THAT(others, testing::ElementsAre(testing::HasSubstr(".damaged-"))) << steps;
-        std::filesystem::remove(others[0]);
-    }
-    EXPECT_GT(steps, 5);
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-}
-
-TEST_F(RepairTest, LosesNothingThatOthersConfirmMeanwhile) {
-    void* const shared =
-        mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    auto& confirmed = *new (shared) std::atomic<int>(0);
-    const pid_t child = Start([&] {
-        for (int i = 1;; ++i) {
-            usleep(500);
-            if (MIDIObjectSetIntegerProperty(fDevice, CFSTR("count"), i) == noErr)
-                confirmed = i;
-        }
-    });
-    for (int round = 0; round < 10; ++round) {
-        AddNonsense();
-        for (const int before = confirmed; confirmed == before;)
-            usleep(1000);
-        Repair();
-        EXPECT_TRUE(std::filesystem::exists(fSavedAs + "-wal"));
-    }
-    kill(child, SIGKILL);
-    EXPECT_EQ(End(child), -SIGKILL);
-    EXPECT_GT(confirmed, 10);
-    EXPECT_GE(Number(fDevice, "count").value_or(0), confirmed.load());
-    munmap(shared, sizeof(int));
 }
 
 } // namespace

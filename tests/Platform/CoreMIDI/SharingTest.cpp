@@ -3,10 +3,8 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 #include <thread>
-#include <utility>
 
 namespace {
 
@@ -21,8 +19,6 @@ public:
         close(fEnds[0]);
         close(fEnds[1]);
     }
-    /// For a process that only hears.
-    void LeaveTheTelling() { close(std::exchange(fEnds[1], -1)); }
     void Tell(int number) { EXPECT_EQ(write(fEnds[1], &number, sizeof number), sizeof number); }
     int Hear() {
         int number = 0;
@@ -59,53 +55,6 @@ TEST_F(SharingTest, ReferencesAndChangesReachTheOtherProcessAtItsNextCall) {
     EXPECT_EQ(MIDISetupRemoveDevice(added), noErr);
     toChild.Tell(1);
     EXPECT_EQ(End(child), 0);
-}
-
-TEST_F(SharingTest, ManyProcessesMayOpenANewFileAndWriteAtOnce) {
-    constexpr int kProcesses = 4;
-    constexpr int kWrites = 50;
-    std::vector<pid_t> children;
-    for (int process = 0; process < kProcesses; ++process) {
-        children.push_back(Start([this] {
-            const MIDIDeviceRef device = AddInterface("Interface", 1);
-            for (int i = 0; i <= kWrites; ++i)
-                SetNumber(device, "count", i);
-            MIDIRestart();
-        }));
-    }
-    for (const pid_t child : children)
-        EXPECT_EQ(End(child), 0);
-    ASSERT_EQ(MIDIGetNumberOfDevices(), static_cast<ItemCount>(kProcesses));
-    for (ItemCount i = 0; i < kProcesses; ++i)
-        EXPECT_EQ(Number(MIDIGetDevice(i), "count"), kWrites);
-}
-
-TEST_F(SharingTest, AKilledWriterLosesNothingThatWasConfirmed) {
-    const MIDIDeviceRef device = AddInterface("Interface", 1);
-    int last = 0;
-    for (int round = 0; round < 8; ++round) {
-        Line confirmed;
-        const pid_t child = Start([&] {
-            for (int i = last + 1; MIDIObjectSetIntegerProperty(device, CFSTR("count"), i) == noErr;
-                 ++i)
-                confirmed.Tell(i);
-        });
-        confirmed.LeaveTheTelling();
-        for (int i = 0; i < 20 + 37 * round; ++i)
-            ASSERT_NE(last = confirmed.Hear(), 0);
-        // This process writes as well while the other one dies.
-        SetNumber(device, "round", round);
-        kill(child, SIGKILL);
-        while (const int number = confirmed.Hear())
-            last = number;
-        ASSERT_EQ(End(child), -SIGKILL);
-        // The one that was being written may have been confirmed or not.
-        EXPECT_GE(Number(device, "count"), last);
-        EXPECT_LE(Number(device, "count"), last + 1);
-        EXPECT_EQ(Number(device, "round"), round);
-        EXPECT_EQ(KestrinMIDICopyDatabaseDamage(), nullptr);
-        last = Number(device, "count").value_or(0);
-    }
 }
 
 TEST_F(SharingTest, EightThreadsChangeTheStudioOneAfterTheOther) {
