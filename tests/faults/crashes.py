@@ -173,7 +173,7 @@ def power(rig):
         for number, call in enumerate((*case.calls, ("end", "", 0, b""))):
             if call[0] == "end":
                 confirmed, known = len(case.states) - 1, set()
-            images = disk.images(rig.random, rig.count(number % 4 == 0, 12))
+            images = disk.images(rig.random, rig.count(number % 4 == 0, 8))
             for image in images - known:
                 with during("power cut in front of call", number, "of", *case.words[:3], case.environment or "",
                             [(*names, len(content)) for names, content in image]):

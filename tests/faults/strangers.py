@@ -120,7 +120,7 @@ def repaired(rig, originals, times, change):
 
 
 def files(rig):
-    clean, times = Studio.demo(rig), rig.count(80, 3000)
+    clean, times = Studio.demo(rig), rig.count(60, 2000)
     writer = sqlite3.connect(clean.file)
     writer.execute("UPDATE properties SET value = 'Other' WHERE key = 'manufacturer'")
     writer.commit()
@@ -135,7 +135,7 @@ def files(rig):
 
 
 def contents(rig):
-    studio, pick, times = Studio.demo(rig), rig.random.choice, rig.count(80, 3000)
+    studio, pick, times = Studio.demo(rig), rig.random.choice, rig.count(40, 1000)
     columns = {table: [row[1] for row in studio.sql(f"PRAGMA table_info({table})")]
                for table in ("objects", "properties", "hardware")}
     values = ("NULL", "-1", "0", "9223372036854775807", "-9223372036854775808", "1.5", "'x'", "x'00'", "x''", "''",
@@ -171,7 +171,7 @@ def contents(rig):
 
 
 def documents(rig):
-    studio, times, taken = Studio.demo(rig), rig.count(100, 5000), 0
+    studio, times, taken = Studio.demo(rig), rig.count(60, 3000), 0
     document = studio.do("export")
     parts = ["null", "-1", "1e400", "2147483648", '"\\u202e\\u0000"', "[]", "{}", "[" * 70000, '"' + "n" * (2 << 20) + '"',
              '{"data": "00ff"}', *re.findall(r'"\w+"|\d+', document)]
