@@ -79,6 +79,8 @@ def repair(rig):
             time.sleep(0.002)
         said = studio.run("doctor", "--repair").said
         expect("was set aside" in said and "1 entry made no sense" in said, "repair", number, said)
+    aside = [name for name in map(str, studio.folder.glob("*.damaged-*")) if name[-1].isdigit()]
+    expect(len(aside) == rounds, "of", rounds, "files were set aside:", aside)
     confirmed = sum(presser.end() for presser in pressers)
     studio.expect_sound()
     return f"{rounds} repairs beside 2 programs that confirmed {confirmed} changes, none lost"

@@ -49,14 +49,4 @@ TEST(CFString, WritesBytesThatFitAtACharactersBoundary) {
     EXPECT_EQ(std::string(text, static_cast<std::size_t>(used)), "a??");
 }
 
-TEST(CFHolder, GivesBackWhatItOwnsOnce) {
-    StringHolder first = FromUTF8("text");
-    StringHolder copy = first;
-    first = std::move(copy);
-    first = StringHolder::Sharing(first.Get());
-    *first.Receive() = FromUTF8("other").Detach();
-    EXPECT_EQ(CFStringGetLength(first.Get()), 5);
-    EXPECT_FALSE(copy);
-}
-
 } // namespace

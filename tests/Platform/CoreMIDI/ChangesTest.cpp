@@ -3,7 +3,6 @@
 #include <CoreMIDI/MIDIChanges.h>
 
 #include <chrono>
-#include <thread>
 
 namespace {
 
@@ -40,18 +39,6 @@ TEST_F(ChangesTest, ComeTogetherOrNotAtAll) {
     SetNumber(fDevice, "group", 3);
     EXPECT_EQ(QueryInteger(OpenFile().get(), "SELECT count(*) FROM properties WHERE value=3", -1),
               0);
-}
-
-TEST_F(ChangesTest, OfOtherThreadsWait) {
-    SetNumber(fDevice, "group", 0);
-    MIDIChanges changes;
-    std::thread thread([&] { SetNumber(fDevice, "group", *Number(fDevice, "group") + 2); });
-    SetNumber(fDevice, "group", 40);
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    EXPECT_EQ(Number(fDevice, "group"), 40);
-    EXPECT_EQ(changes.End(), noErr);
-    thread.join();
-    EXPECT_EQ(Number(fDevice, "group"), 42);
 }
 
 TEST_F(ChangesTest, WaitOnceForALockThatStays) {

@@ -1,7 +1,6 @@
 #include "tests/Platform/CoreMIDI/MidiTest.h"
 
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -98,20 +97,6 @@ TEST_F(DatabaseFileTest, ThatIsDamagedIsRefused) {
         std::ofstream(fFile, std::ios::binary) << content;
         ExpectRefused(kKestrinMIDIDatabaseDamaged, "damaged");
     }
-}
-
-TEST_F(DatabaseFileTest, ThatCanOnlyBeReadIsRefused) {
-    const std::filesystem::path folder = fFile.parent_path();
-    MIDIRestart();
-    std::filesystem::permissions(folder, std::filesystem::perms(0555));
-    std::filesystem::permissions(fFile, std::filesystem::perms(0444));
-    // The superuser may write all the same, so the child becomes an ordinary user.
-    const pid_t child = Start([this] {
-        ASSERT_TRUE(geteuid() != 0 || setuid(65534) == 0);
-        ExpectRefused(kKestrinMIDIDatabaseReadOnly, "");
-    });
-    EXPECT_EQ(End(child), 0);
-    std::filesystem::permissions(folder, std::filesystem::perms(0700));
 }
 
 TEST_F(DatabaseFileTest, HoldsEverythingItselfAfterACleanExit) {

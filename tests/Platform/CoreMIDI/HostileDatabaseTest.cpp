@@ -45,16 +45,6 @@ TEST_F(HostileDatabaseTest, GivesWhatIsWellFormed) {
     MIDISetupRemoveDevice(1);
 }
 
-TEST_F(HostileDatabaseTest, PassesOverHugeValues) {
-    RunSQL("INSERT INTO properties VALUES(" + fObject + ",'large',zeroblob(2000000)),(" + fObject +
-           ",'huge',zeroblob(50000000)),(" + fObject +
-           ",'text',replace(hex(zeroblob(3000000)),'0','x')),(" + fObject + ",'zzz',4)");
-    EXPECT_EQ(NameOf(fDevice), "Interface");
-    EXPECT_EQ(Number(fDevice, "zzz"), 4);
-    for (const CFStringRef key : {CFSTR("large"), CFSTR("huge"), CFSTR("text")})
-        EXPECT_EQ(IntegerOf(fDevice, key), kMIDIUnknownProperty);
-}
-
 TEST_F(HostileDatabaseTest, EndsWithManyPropertiesOnOneObject) {
     RunSQL("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<200000) "
            "INSERT INTO properties SELECT " +
