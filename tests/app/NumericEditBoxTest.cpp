@@ -15,22 +15,13 @@ class NumericEditBoxTest : public testing::Test {
 protected:
     NumericEditBoxTest() { box.Init(&parent, {0, 0}, 80, 0, 127, "Group"_u); }
 
-    bool Press(unsigned char key, const char* text = "") {
-        return box.FilterTextEditDoTextInput(nullptr, UString(text, UString::kASCII), 0, key);
+    bool Press(unsigned char key) {
+        return box.FilterTextEditDoTextInput(nullptr, UString(), 0, key);
     }
 
     View parent;
     NumericEditBox box;
 };
-
-TEST_F(NumericEditBoxTest, LetsThroughDigitsAndKeysThatTypeNothing) {
-    EXPECT_TRUE(Press(kKeyNone, "7"));
-    EXPECT_TRUE(Press(kKeyBackspace)) << "a key that edits types nothing";
-    EXPECT_TRUE(Press(kKeyReturn, "\r"));
-    EXPECT_TRUE(Press(kKeyEscape, "\x1B"));
-    for (const char* text : {"x", "-", " "})
-        EXPECT_FALSE(Press(kKeyNone, text)) << text;
-}
 
 TEST_F(NumericEditBoxTest, ArrowsStepWithinTheRangeAndOthersShowNothingOutsideIt) {
     for (const auto& [key, number] : {std::pair(kKeyDown, 0), {kKeyUp, 1}, {kKeyDown, 0}}) {
@@ -59,7 +50,7 @@ TEST(NumericEditBoxInAWindow, ShowsTheNumberThatItAcceptedAndTakesNoOthers) {
         window->Activate();
         EXPECT_TRUE(NativeInput::WaitUntil([&] { return root.IsViewActive(); }));
         for (const auto& [keys, shown] :
-             {std::pair("0, 0, 7, Return", "7"), {"Backspace, Return", "0"}}) {
+             {std::pair("0, X, 7, Return", "7"), {"Backspace, Return", "0"}}) {
             NativeInput::Click(root, {40, 12});
             NativeInput::Type(root, "Ctrl+A");
             NativeInput::Type(root, keys);

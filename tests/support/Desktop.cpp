@@ -82,9 +82,7 @@ std::optional<Alert> OpenAlert() {
     QList<QPushButton*> buttons = box->findChildren<QPushButton*>();
     std::sort(buttons.begin(), buttons.end(), [](auto* a, auto* b) { return a->x() < b->x(); });
     for (QPushButton* button : buttons) {
-        const QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(button);
-        alert.buttons.push_back(TextOf(shown));
-        alert.buttonPlaces.push_back(From(shown->rect()));
+        alert.buttons.push_back(TextOf(QAccessible::queryAccessibleInterface(button)));
         if (button->hasFocus() && button->isDefault())
             alert.focused = alert.buttons.back();
     }

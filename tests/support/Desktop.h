@@ -36,8 +36,7 @@ struct Alert {
     bool isHeadlineWhole = false; ///< there is room for all of it
     std::string text;
     std::vector<std::string> buttons; ///< from left to right
-    std::vector<Rect> buttonPlaces;
-    std::string focused; ///< the button that has the keyboard focus and takes Return
+    std::string focused;              ///< the button that has the keyboard focus and takes Return
     bool isCritical = false;
     Rect place;
 };

@@ -48,15 +48,6 @@ TEST(FileSpecification, NamesAFileThroughRenamingAndReplacing) {
     EXPECT_EQ(FileSpecification(ReferenceTo("/usr")).GetFullPath(), "/usr"_u);
 }
 
-TEST(FileSpecification, NamesNothingWithoutAFile) {
-    const UString tooLong(std::string(256, 'x'), UString::kASCII);
-    for (const FileSpecification& none :
-         {FileSpecification(), FileSpecification(ReferenceTo("/"), tooLong)}) {
-        EXPECT_FALSE(none.Exists());
-        EXPECT_TRUE(none.GetPOSIXPath().empty());
-    }
-}
-
 TEST(FileSpecification, FindsResourcesBesideTheProgram) {
     const auto table = ResourceAccess::Instance().GetFile("LocalizableStrings"_u, "xml"_u);
     EXPECT_EQ(fs::path(table.GetPOSIXPath()), fs::read_symlink("/proc/self/exe").parent_path() /

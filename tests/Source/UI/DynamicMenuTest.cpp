@@ -94,6 +94,23 @@ TEST(DynamicMenu, AListenerMayDeleteTheMenuOrChangeTheListeners) {
     EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), nullptr);
 }
 
+TEST(DynamicMenu, ACommandGoesOnToTheSuccessorsThatAreLeft) {
+    FilledMenu last;
+    auto middle = std::make_unique<FilledMenu>();
+    FilledMenu first;
+    const CommandSpecifier command = middle->Command(1);
+    first.SetSuccessor(middle.get());
+    middle->SetSuccessor(&last);
+    ChainOfCommand& chain = *ChainOfCommand::Instance();
+    chain.SetGopher(&first);
+    EXPECT_TRUE(chain.DispatchCommand(command));
+    EXPECT_EQ(middle->GetCurrentItem(), 1);
+    middle.reset();
+    EXPECT_EQ(chain.GetGopher(), &last) << "what stood in front of it drops out";
+    EXPECT_FALSE(chain.DispatchCommand(command));
+    EXPECT_TRUE(chain.SetGopher(nullptr));
+}
+
 TEST(DynamicMenu, ForgetsSubMenusAndListenersThatGo) {
     FilledMenu menu;
     auto subMenu = std::make_unique<FilledMenu>();

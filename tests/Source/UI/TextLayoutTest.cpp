@@ -38,16 +38,6 @@ protected:
     OSTextLayoutImpl layout{NativeTextSystem::Shared()};
 };
 
-TEST_F(TextLayoutTest, FollowsChangesAfterItWasMeasured) {
-    const float width = WidthOf("Group");
-    layout.SetFont(kFontPlain, 28);
-    EXPECT_NEAR(layout.Width(), 2 * width, 2);
-    layout.SetFont(kFontBold, 28);
-    EXPECT_GT(layout.Width(), 2 * width + 2);
-    layout.SetHorizontalScale(2);
-    EXPECT_GT(layout.Width(), 4 * width);
-}
-
 TEST_F(TextLayoutTest, WrapsAtLineEndsWordsAndInsideWordsThatAreTooLong) {
     layout.SetWrap(kWrapWord);
     EXPECT_FLOAT_EQ(LineCountOf("one\ntwo\r\nthree"), 3);
@@ -91,15 +81,6 @@ TEST_F(TextLayoutTest, TruncatesToTheLongestTextThatFitsWithAnEllipsis) {
     EXPECT_EQ(layout.Width(), whole) << "not even the ellipsis fits";
     layout.SetLineLength(whole + 1);
     EXPECT_EQ(layout.Width(), whole) << "the whole text fits";
-}
-
-TEST_F(TextLayoutTest, PlacesLinesByTheirAlignment) {
-    layout.SetText(Text("HIH  "));
-    layout.SetLineLength(300);
-    layout.SetAlignment(kTextAlignRight);
-    EXPECT_NEAR(Drawn().right, 309, 2) << "blanks at the end do not count";
-    layout.SetLineLength(5);
-    EXPECT_NEAR(Drawn().left, 10, 2) << "what is too wide starts at the left";
 }
 
 TEST_F(TextLayoutTest, ShapesScriptsThatJoinAndRunFromTheRight) {

@@ -84,24 +84,6 @@ TEST_F(Routing, AViewThatLeavesDuringAWalkHidesNoOtherFromIt) {
     EXPECT_THAT(notes, ElementsAre("button inside 10,5", "label inside 10,5"));
 }
 
-TEST_F(Routing, KeysHaveTheirTextModifiersAndCode) {
-    const std::pair<NativeKeyEvent, std::string> keys[] = {
-        {{"", u"\xF700", 111, Kestrin::kNativeOption}, "'' 2048 30"},
-        {{"", u"\x1B", 53, Kestrin::kNativeControl}, "'' 4096 27"},
-        {{"", u"\x1B", 34, Kestrin::kNativeControl}, "'' 4096 0"},
-        {{"", u"\x7F", 51}, "'' 0 8"},
-        {{"", u"\x7F", 22}, "'' 0 0"},
-        {{"", u"\xF73E", 1}, "'' 0 127"},
-        {{"", u"\xF704", 1}, "'' 0 0"},
-        {{"", u"\r\r", 1}, "'' 0 0"},
-        {{"é", u"é", 77}, "'é' 0 0"},
-    };
-    for (const auto& [event, note] : keys) {
-        BridgeOf(button).HandleKeyDown(event);
-        EXPECT_EQ(notes.back(), "button key " + note);
-    }
-}
-
 TEST_F(Routing, APressThatWasHandedOnAndLosesItsReleaseEndsOutsideTheControl) {
     Press(label, 10, 5);
     BridgeOf(label).HandlePressLost();

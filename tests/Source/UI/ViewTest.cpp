@@ -33,16 +33,6 @@ protected:
     std::unique_ptr<FilledView> green{new FilledView({0, 1, 0, 1})};
 };
 
-TEST_F(Views, OnlyTheOriginOfANegativeFrameIsSetRight) {
-    Place(*red, {0, 0, 50, 50});
-    red->SetRect({50, 40, -10, 20});
-    EXPECT_EQ(red->GetRect(), (Rect{40, 40, -10, 20}));
-    EXPECT_NE(NativeInput::Picture(root).At(45, 45), 0xFF0000u);
-    // Nor does the toolkit come to harm by what no screen has room for.
-    red->SetRect({-1e30F, std::nanf(""), 1e30F, 1e30F});
-    NativeInput::Settle();
-}
-
 TEST_F(Views, FramesBetweenPointsStaySharpAtTwoPixelsAPoint) {
     Place(*red, {10.5f, 10, 20, 20});
     const NativeInput::Picture picture(root, 2);
@@ -86,18 +76,6 @@ TEST_F(Views, WhatIsHiddenOrDisabledLosesTheFocusAndTakesNone) {
         EXPECT_FALSE(right.HasKeyFocus());
         turn(true);
     }
-}
-
-TEST_F(Views, HidingTellsTheViewAndAllShownWithin) {
-    NotingView hidden("hidden", notes);
-    Place(right, {0, 0, 10, 10}, &left);
-    Place(hidden, {0, 0, 10, 10}, &left);
-    hidden.ShowHide(false);
-    notes.clear();
-    left.ShowHide(false);
-    left.ShowHide(false);
-    EXPECT_THAT(notes, ElementsAre("left visibility", "right visibility"));
-    EXPECT_FALSE(right.IsVisible());
 }
 
 TEST_F(Views, AViewShownBeforeItIsPlacedIsNoWindowOfItsOwn) {
@@ -172,15 +150,6 @@ TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
     EXPECT_FALSE(NativeInput::PressByScreenReader(left, 2)) << "the item is disabled";
     EXPECT_TRUE(NativeInput::PressByScreenReader(left, 0));
     EXPECT_EQ(menu.GetCurrentItem(), 1);
-}
-
-TEST_F(Views, AScreenReadersPressThatOpensADialogOnItsWayDoesNotAct) {
-    left.SetAccessibility(Kestrin::AccessibleRole::kButton, Text("Ok"));
-    right.EnableKeyFocus(true);
-    right.during = [](const std::string&) { NativeInput::RunModalWindow(); };
-    notes.clear();
-    EXPECT_TRUE(NativeInput::PressByScreenReader(left));
-    EXPECT_EQ(notes.back(), "left focus");
 }
 
 TEST_F(Views, AViewMayGoWhileItIsDrawnOrItsNeighbourIs) {

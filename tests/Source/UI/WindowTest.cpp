@@ -36,15 +36,6 @@ TEST_F(Windows, TheTitleIsShownLiterally) {
     }
 }
 
-TEST_F(Windows, AResizeReachesTheRootViewBeforeTheClient) {
-    Rect during;
-    client.during = [&](const std::string&) { during = root.GetRect(); };
-    NativeInput::ResizeWindow(root, 340, 150);
-    client.during = nullptr;
-    EXPECT_THAT(notes, ElementsAre("window resized"));
-    EXPECT_EQ(during, (Rect{0, 0, 340, 150}));
-}
-
 TEST_F(Windows, TheWindowMayGoInsideEachCallOfItsViewsAndItsClient) {
     const Point at{5, 5};
     for (const std::string call :

@@ -168,25 +168,4 @@ TEST(HostileInput, ValidatesAgainstTheInternalSubsetOnly) {
     EXPECT_EQ(FailureOfValidating("<r/>"), kReportedError);
 }
 
-struct Breaking : std::streambuf {
-    int_type underflow() override { throw std::runtime_error("the disk is gone"); }
-};
-
-TEST(HostileInput, TakesStreamsThatFailOrThrow) {
-    const auto read = [](std::istream& stream) {
-        return FailureOf([&stream] { ReadContainerFromFile(&stream, kDefaultLanguage); });
-    };
-    for (const auto exceptions : {std::ios::goodbit, std::ios::badbit | std::ios::eofbit}) {
-        std::istringstream sound(kSound);
-        sound.exceptions(exceptions);
-        EXPECT_EQ(read(sound), "(done)");
-        Breaking buffer;
-        std::istream broken(&buffer);
-        broken.exceptions(exceptions);
-        EXPECT_EQ(read(broken), kReportedError);
-    }
-    std::ifstream closed;
-    EXPECT_EQ(read(closed), kReportedError);
-}
-
 } // namespace
