@@ -90,17 +90,6 @@ TEST_F(PortKeeperTest, PortsStayOpenWhateverUnitsComeGoAndChangePlaces) {
     EXPECT_EQ(fSequencer.fOpenings, openings);
 }
 
-TEST_F(PortKeeperTest, PortsAndGroupsAreAddedAndTakenAtTheEnd) {
-    fKeeper.Keep({{0, {fMain}}});
-    fKeeper.Keep({{0, {fLeft, fMain}}, {3, {UnitAt(3, "Other", 28)}}});
-    EXPECT_THAT(fSequencer.Seen(0), ElementsAre("1 Left -> 16", "2 Main -> 20"));
-    EXPECT_THAT(fSequencer.Seen(3), ElementsAre("1 Other -> 28"));
-    fKeeper.Keep({{0, {fMain}}});
-    EXPECT_THAT(fSequencer.Seen(0), ElementsAre("1 Main -> 20"));
-    EXPECT_FALSE(fSequencer.fNames.contains(3));
-    EXPECT_FALSE(fSequencer.fAddresses.contains(1));
-}
-
 TEST_F(PortKeeperTest, WhatIsHeldOrHasNoRoomIsNamedAndTakenLater) {
     fSequencer.fRoom = 1;
     fSequencer.fHeld = {16, 0};
