@@ -165,6 +165,8 @@ def contents(rig):
                 connection.executescript(done[-1])
             except sqlite3.Error:
                 done.pop()
+            if done and endless in done[-1]:  # what follows would read it here
+                break
         connection.close()
         return done
     count = repaired(rig, [studio], times, change)
