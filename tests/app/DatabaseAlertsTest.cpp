@@ -61,14 +61,4 @@ TEST(DatabaseAlerts, TellWhyTheDatabaseIsRefusedBeforeTheQuestion) {
     MIDIRestart();
 }
 
-TEST(DatabaseAlerts, TellWhyNothingWasStored) {
-    Desktop::Script script;
-    script.WhenAlertIsOpen(Closing("Return", [](const Desktop::Alert& alert) {
-        EXPECT_TRUE(alert.isCritical);
-        EXPECT_THAT(alert.text,
-                    HasSubstr("changed.\n\nThe disk with the MIDI database is full.\n"));
-    }));
-    TellThatNothingWasStored(kKestrinMIDIErrFull);
-}
-
 } // namespace
