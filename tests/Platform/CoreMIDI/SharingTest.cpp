@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <thread>
 
@@ -21,7 +22,10 @@ TEST_F(SharingTest, EightThreadsChangeTheStudioOneAfterTheOther) {
             MIDIClientCreate(nullptr, nullptr, nullptr, &client);
             for (int round = 1; round <= kRounds; ++round) {
                 EXPECT_EQ(KestrinMIDIBeginChanges(), noErr);
-                SetNumber(device, "count", *Number(device, "count") + 1);
+                const SInt32 count = *Number(device, "count");
+                std::this_thread::sleep_for(
+                    std::chrono::milliseconds(1)); // for those who don't wait
+                SetNumber(device, "count", count + 1);
                 EXPECT_EQ(KestrinMIDIEndChanges(), noErr);
                 SetNumber(device, ("of " + std::to_string(number)).c_str(), round);
                 KestrinMIDIClientDeliver(client);
