@@ -1,13 +1,12 @@
 # usb_units.py COUNT: USB MIDI units whose makers wished the machine no good, answered for at the far ends of
-# virtual cables. Their texts are what a gadget of the kernel refuses: any that a string descriptor holds. What is
-# wanted of them comes as lines on the standard input:
+# virtual cables. Their texts are any that a string descriptor holds, where a gadget of the kernel sends 126 bytes
+# of UTF-8 at most. What is wanted of them comes as lines on the standard input:
 #
 #   plug UNIT PLACE | play UNIT HEXADECIMAL | commotion PLUGS SEED
 #
 # Units count from 0; places are 0 to 119. "play" sends three bytes of MIDI from the unit's first and last port.
 # "commotion" pulls units out and plugs each in at another place, at random moments, while they send bursts of
 # events; when all are back in, "calm" is printed.
-
 
 import os
 import random
@@ -23,7 +22,7 @@ BURST_PAUSE = 0.05
 PLACES, PLACES_OF_A_HUB, FULL_SPEED = 120, 15, 2
 SUBMIT, UNLINK, SUBMITTED, UNLINKED = 1, 2, 3, 4
 STALL, UNLINKED_IN_TIME = -32, -104  # EPIPE, ECONNRESET
-STANDARD_IN, STANDARD_OUT, GET_DESCRIPTOR, STRING = 0x80, 0x00, 6, 3
+STANDARD_OUT, GET_DESCRIPTOR, STRING = 0x00, 6, 3
 
 HOSTILE = [
     "", "A" * 126, "\U0001f39a" * 63, "é" * 126, "日" * 126, "x" * 125 + "\ud83d", "\udc00\ud800lone\udfff",
