@@ -9,7 +9,7 @@ program=$BUILD_DIR/app/sorvex-mackie-setup
 
 # Checks what a terminal would get: UTF-8 without control characters, with no turned direction that leaves its line.
 expect_harmless() {
-    "$@" >"$work/shown" 2>&1
+    "$@" >"$work/shown" 2>&1 || { cat -v "$work/shown" && false; }
     python3 -IS - "$work/shown" <<'END' || { echo "what \"$*\" shows may do harm" && cat -v "$work/shown" && false; }
 import re, sys
 shown = open(sys.argv[1], "rb").read().decode()
