@@ -65,11 +65,15 @@ start_mixer $surfaces
 before=$(strips 90)
 devices=$(tree | grep -c '^  [^ ]') ports_before=$(size $ports)
 
-"$BUILD_DIR/tests/hardware/scan-loop" "$work/calm" >"$work/scans" 2>&1 &
-scans=$!
 "$RIG/../support/with-display" bash -c 'until [ -e "$0" ]; do timeout 300 "$@" || exit; echo stored; done' \
     "$work/calm" "$RIG/guest/press-ok" "$program" >"$work/stored" 2>&1 &
 display=$!
+until grep -q stored "$work/stored"; do # while all is calm: a display needs long to start in this machine
+    kill -0 $display
+    sleep 1
+done
+"$BUILD_DIR/tests/hardware/scan-loop" "$work/calm" >"$work/scans" 2>&1 &
+scans=$!
 tell units commotion $plugs 1
 started=$SECONDS looks=0
 until said units calm; do
