@@ -102,7 +102,7 @@ class Studio:
 
     def sql(self, *statements):
         # Runs statements in the file itself, and answers the last one's rows.
-        connection = sqlite3.connect(self.file, isolation_level=None)
+        connection = sqlite3.connect(self.file, timeout=60, isolation_level=None)
         try:
             return [connection.execute(statement).fetchall() for statement in statements][-1]
         finally:
