@@ -6,13 +6,16 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <thread>
 
 namespace {
 
+using namespace std::chrono_literals;
 using testing::Contains;
 using testing::ElementsAre;
 using Messages = std::vector<std::string>;
@@ -22,6 +25,13 @@ constexpr int kPatience = 20000; // milliseconds in which what must come has com
 bool IsReadable(int descriptor, int milliseconds) {
     pollfd waiting{descriptor, POLLIN, 0};
     return poll(&waiting, 1, milliseconds) == 1;
+}
+
+template <typename Value>
+Value MedianOf(std::vector<Value> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
 }
 
 /// Lets no file grow, as on a full disk.
@@ -193,6 +203,43 @@ TEST_F(NotificationsTest, TheProcedureMayDeliverAndDispose) {
     EXPECT_EQ(KestrinMIDIClientDeliver(fClient), kMIDIInvalidClient);
     EXPECT_EQ(MIDIClientDispose(fClient), kMIDIInvalidClient);
     EXPECT_EQ(KestrinMIDIClientGetDescriptor(fClient), -1);
+}
+
+TEST_F(NotificationsTest, WhatAnotherProcessStoresIsToldWithoutDelay) {
+    using Clock = std::chrono::steady_clock; // one for all processes
+    constexpr SInt32 kTimes = 21;
+    const MIDIDeviceRef device = AddInterface("Interface", 1);
+    HearUntil("setup");
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t writer = Start([&] {
+        for (SInt32 i = 1; i <= kTimes; ++i) {
+            std::this_thread::sleep_for(20ms);
+            SetNumber(device, "count", i);
+            const Clock::time_point stored = Clock::now();
+            EXPECT_EQ(write(ends[1], &stored, sizeof stored), static_cast<ssize_t>(sizeof stored));
+        }
+    });
+    close(ends[1]);
+    std::vector<Clock::time_point> stored(kTimes);
+    std::vector<Clock::duration> byPipe(kTimes);
+    std::thread listener([&] { // tells how fast this machine can be now
+        for (std::size_t i = 0; i < kTimes; ++i) {
+            EXPECT_EQ(read(ends[0], &stored[i], sizeof stored[i]),
+                      static_cast<ssize_t>(sizeof stored[i]));
+            byPipe[i] = Clock::now() - stored[i];
+        }
+    });
+    std::vector<Clock::time_point> told;
+    while (told.size() < kTimes && !HearUntil("setup").empty())
+        told.resize(static_cast<std::size_t>(Number(device, "count").value_or(0)), Clock::now());
+    listener.join();
+    EXPECT_EQ(End(writer), 0);
+    close(ends[0]);
+    ASSERT_EQ(told.size(), stored.size());
+    std::vector<Clock::duration> delays(kTimes);
+    std::transform(told.begin(), told.end(), stored.begin(), delays.begin(), std::minus<>());
+    EXPECT_LT(MedianOf(delays), 100ms + 10 * MedianOf(byPipe));
 }
 
 // What is written to the file can be seen somewhat later only, and nothing tells of that.
