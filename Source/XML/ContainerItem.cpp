@@ -6,7 +6,6 @@
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <new>
-#include <string_view>
 
 namespace Kestrin {
 
@@ -16,13 +15,6 @@ constexpr int kAddedToItselfLine = 50;
 constexpr int kNoContainerLine = 585;
 
 constexpr int kPlaceBits = 32;
-
-/// The hash of the name, above as many bits as a place has.
-std::uint64_t HashOf(const UString& name) {
-    const std::string_view bytes(reinterpret_cast<const char*>(name.data()),
-                                 name.length() * sizeof(unsigned short));
-    return std::uint64_t{std::hash<std::string_view>()(bytes)} << kPlaceBits;
-}
 
 } // namespace
 
@@ -85,17 +77,17 @@ void ContainerItem::MakeIndex() {
 }
 
 void ContainerItem::AddToIndex(std::size_t place) {
-    const UString& name = fItems[place]->GetName();
-    const std::uint64_t hash = HashOf(name);
-    fIndex[EntryOf(name, hash)] = hash | (place + 1);
+    const Item& item = *fItems[place];
+    fIndex[EntryOf(item.fName, item.fNameHash)] =
+        std::uint64_t{item.fNameHash} << kPlaceBits | (place + 1);
 }
 
 /// The number of the entry of that name, or of the free one where it would stand.
-std::size_t ContainerItem::EntryOf(const UString& name, std::uint64_t hash) const {
+std::size_t ContainerItem::EntryOf(const UString& name, std::uint32_t nameHash) const {
     const std::size_t last = fIndex.size() - 1;
-    std::size_t at = (hash >> kPlaceBits) & last;
+    std::size_t at = nameHash & last;
     const auto isOther = [&](std::uint64_t entry) {
-        return (entry ^ hash) >> kPlaceBits != 0 || ItemOf(entry)->GetName() != name;
+        return entry >> kPlaceBits != nameHash || ItemOf(entry)->GetName() != name;
     };
     while (fIndex[at] != 0 && isOther(fIndex[at]))
         at = (at + 1) & last;

@@ -22,27 +22,26 @@ void RemoveLast(std::vector<boost::shared_ptr<Item>>& items, const Item* item) {
     items.erase(std::next(std::find_if(items.rbegin(), items.rend(), isItem)).base());
 }
 
-UString TextOf(const AttributeList& attributes, const UString& name) {
-    UString text;
-    Parser::FindAttributeInList(attributes, name, text);
-    return text;
-}
-
-/// The language of entries that name none is the default one.
-unsigned int LanguageOf(const AttributeList& attributes) {
-    UString language;
-    return Parser::FindAttributeInList(attributes, kLanguageAttributeUString, language)
-               ? UStringToOSType(language)
-               : kDefaultLanguage;
-}
-
-bool IsForThisPlatform(const AttributeList& attributes) {
-    UString platform;
-    return !Parser::FindAttributeInList(attributes, kPlatformAttributeUString, platform) ||
-           UStringToOSType(platform) == kThisPlatform;
+const UString& TextOf(const UString* word) {
+    return word != nullptr ? *word : UString::kEmptyString;
 }
 
 } // namespace
+
+ItemReader::Words::Words(const AttributeList& attributes) {
+    for (const auto& [attribute, text] : attributes) {
+        if (attribute == kItemNameAttributeUString)
+            name = &text;
+        else if (attribute == kValueAttributeUString)
+            value = &text;
+        else if (attribute == kSizeAttributeUString)
+            size = &text;
+        else if (attribute == kLanguageAttributeUString)
+            language = UStringToOSType(text);
+        else if (attribute == kPlatformAttributeUString)
+            isForThisPlatform = UStringToOSType(text) == kThisPlatform;
+    }
+}
 
 ItemReader::ItemReader(Parser& parser, unsigned int language)
     : fParser(parser)
@@ -65,43 +64,43 @@ void ItemReader::ReadChildren(ContainerItem& container) {
 void ItemReader::ReadElement(ContainerItem& container, const Item*& previous) {
     const UString type(fParser.CurrentElement().Local(), UString::kASCII);
     fParser.ReadAllAttributes(fAttributes);
-    if (!IsForThisPlatform(fAttributes))
+    const Words words(fAttributes);
+    if (!words.isForThisPlatform)
         return;
     // What is needed of the list is taken now: those of the children take its place.
-    const unsigned int language = LanguageOf(fAttributes);
-    UString name;
-    const bool isNamed = Parser::FindAttributeInList(fAttributes, kItemNameAttributeUString, name);
-    PackedAttributes attributes(fAttributes, name);
+    PackedAttributes attributes;
     boost::shared_ptr<Item> item;
-    if (isNamed)
-        item = MakeItem(UStringToOSType(type), std::move(name));
+    if (words.name != nullptr) {
+        attributes = PackedAttributes(fAttributes, *words.name);
+        item = MakeItem(UStringToOSType(type), words);
+    }
     // What is left unread beneath a wrapper, an unknown element or a leaf belongs here as well, in
     // front of the leaf.
     ReadChildren(container);
     if (item == nullptr)
         return;
     item->fAttributes = std::move(attributes);
-    Place(container, std::move(item), language, previous);
+    Place(container, std::move(item), words.language, previous);
 }
 
 /// Null for one of an unknown type.
-boost::shared_ptr<Item> ItemReader::MakeItem(Item::ItemType type, UString name) {
-    UString value;
-    const bool hasValue = Parser::FindAttributeInList(fAttributes, kValueAttributeUString, value);
+boost::shared_ptr<Item> ItemReader::MakeItem(Item::ItemType type, const Words& words) {
+    const UString& name = *words.name;
+    const UString& value = TextOf(words.value);
     switch (type) {
     case Item::kUString:
-        return CreateUString(std::move(name), hasValue ? std::move(value) : fParser.ReadText());
+        return CreateUString(name, words.value != nullptr ? value : fParser.ReadText());
     case Item::kRawData:
-        return MakeRawData(std::move(name), TextOf(fAttributes, kSizeAttributeUString));
+        return MakeRawData(name, TextOf(words.size));
     case Item::kDouble:
-        return boost::make_shared<DoubleItem>(std::move(name), UStringToDouble(value));
+        return boost::make_shared<DoubleItem>(name, UStringToDouble(value));
     case Item::kOSType:
-        return boost::make_shared<OSTypeItem>(std::move(name), UStringToOSType(value));
+        return boost::make_shared<OSTypeItem>(name, UStringToOSType(value));
     case Item::kSInt32:
         return boost::make_shared<SInt32Item>(
-            std::move(name), static_cast<int>(UStringToNum(value, kDecimalFormat)));
+            name, static_cast<int>(UStringToNum(value, kDecimalFormat)));
     case Item::kContainer:
-        return MakeContainer(std::move(name));
+        return MakeContainer(name);
     default:
         std::fputs("ParseSerialXML: unknown type!", stdout);
         return {};

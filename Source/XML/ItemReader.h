@@ -16,9 +16,21 @@ public:
     void Read(ContainerItem& container);
 
 private:
+    /// What the attributes of an element say to the reader; texts are the list's, null without one.
+    struct Words {
+        explicit Words(const AttributeList& attributes);
+
+        const UString* name = nullptr;
+        const UString* value = nullptr;
+        const UString* size = nullptr;
+        /// Entries that name none are in the default one.
+        unsigned int language = kDefaultLanguage;
+        bool isForThisPlatform = true;
+    };
+
     void ReadChildren(ContainerItem& container);
     void ReadElement(ContainerItem& container, const Item*& previous);
-    boost::shared_ptr<Item> MakeItem(Item::ItemType type, UString name);
+    boost::shared_ptr<Item> MakeItem(Item::ItemType type, const Words& words);
     boost::shared_ptr<Item> MakeRawData(UString name, const UString& size);
     boost::shared_ptr<Item> MakeContainer(UString name);
     void Place(ContainerItem& container, boost::shared_ptr<Item> item, unsigned int language,

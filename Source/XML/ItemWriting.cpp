@@ -54,7 +54,14 @@ void WriteHexLines(Writer& writer, const RawDataBuffer& buffer) {
 
 Item::Item(ItemType type, UString name)
     : fType(type)
+    , fNameHash(HashOf(name))
     , fName(std::move(name)) {}
+
+std::uint32_t Item::HashOf(const UString& name) {
+    const std::string_view bytes(reinterpret_cast<const char*>(name.data()),
+                                 name.length() * sizeof(unsigned short));
+    return static_cast<std::uint32_t>(std::hash<std::string_view>()(bytes));
+}
 
 bool Item::HasChanged() const {
     return fChanged;

@@ -34,6 +34,13 @@ void Assign(UString& target, const xmlChar* text) {
     target.assign(text, Length(text), UString::kUTF8);
 }
 
+/// Whether it is the text already, of one-byte characters: cheaper than to read it once more.
+bool IsAlready(const UString& target, const xmlChar* text) {
+    return std::equal(
+        target.data(), target.data() + target.length(), text, text + Length(text),
+        [](unsigned short unit, xmlChar byte) { return unit == byte && byte < 0x80; });
+}
+
 UString ToUString(const xmlChar* text) {
     return text != nullptr ? UString(text, Length(text), UString::kUTF8) : UString();
 }
@@ -229,7 +236,8 @@ bool Parser::ReadAllAttributes(AttributeList& attributes) {
         const xmlChar* value = xmlTextReaderConstValue(fReader.get());
         if (name == nullptr || value == nullptr)
             continue;
-        Assign(attributes[read].name, name);
+        if (!IsAlready(attributes[read].name, name))
+            Assign(attributes[read].name, name);
         Assign(attributes[read].value, value);
         ++read;
     }

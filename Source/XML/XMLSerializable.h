@@ -76,12 +76,16 @@ protected:
     void SetChanged(bool changed) { fChanged = changed; }
 
 private:
+    friend class ContainerItem;
     friend class ItemReader;
     friend std::error_code WriteSerializedFile(Item& item, const FileSpecification& file);
 
+    static std::uint32_t HashOf(const UString& name);
+
     ItemType fType;
-    bool fChanged = false;
+    std::uint32_t fNameHash; ///< so that an index of thousands is made without a look at each name
     UString fName;
+    bool fChanged = false;
     std::unique_ptr<UString> fComment; ///< null when empty, as nearly all are
     PackedAttributes fAttributes;
 };
@@ -157,7 +161,7 @@ private:
 
     void MakeIndex();
     void AddToIndex(std::size_t place);
-    std::size_t EntryOf(const UString& name, std::uint64_t hash) const;
+    std::size_t EntryOf(const UString& name, std::uint32_t nameHash) const;
     const boost::shared_ptr<Item>& ItemOf(std::uint64_t entry) const;
 
     Items fItems;
