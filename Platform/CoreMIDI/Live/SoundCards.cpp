@@ -1,9 +1,12 @@
 #include "Platform/CoreMIDI/Live/SoundCards.h"
 
-#include <alsa/asoundlib.h>
+#include <fcntl.h>
+#include <sound/asound.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 #include <cstddef>
-#include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <system_error>
 
@@ -52,13 +55,18 @@ std::string ControllerOf(path folder) {
     return {};
 }
 
+/// Asked of the kernel itself, since the library tells on the standard error where the card is
+/// gone.
 std::string ShortNameOf(int card) {
-    char* name = nullptr;
-    if (snd_card_get_name(card, &name) < 0)
+    const path control = "/dev/snd/controlC" + std::to_string(card);
+    const int descriptor = open(control.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
         return {};
-    std::string copy = name;
-    std::free(name);
-    return copy;
+    snd_ctl_card_info info{};
+    const int result = ioctl(descriptor, SNDRV_CTL_IOCTL_CARD_INFO, &info);
+    close(descriptor);
+    const char* const name = reinterpret_cast<const char*>(info.name);
+    return result < 0 ? std::string() : std::string(name, strnlen(name, sizeof info.name));
 }
 
 } // namespace
