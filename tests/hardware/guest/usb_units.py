@@ -41,7 +41,9 @@ class Unit:
         self.cable = None
         self.ports = 16 if number % 6 == 0 else 1
         product = text(0) if number % 8 == 7 else "MCU Pro USB" + (text(0) or "")
-        texts = ["LOUD Technologies, Inc." + (text(11) or ""), product, f"{number}{text(5)}" if number % 3 else None]
+        # Of those without a serial number no two look alike: when both are out, nobody could tell which comes back.
+        serial = f"{number}{text(5)}" if number % 3 != 1 else None
+        texts = ["LOUD Technologies, Inc." + (text(11) or ""), product, serial]
         texts += [text(port + 3) for port in range(self.ports)]
         self.strings = {0: b"\x04\x03\x09\x04"} | {
             index: self._string(text) for index, text in enumerate(texts, 1) if text is not None}
