@@ -2,6 +2,8 @@
 
 #include "Platform/CoreMIDI/Store/LockPatience.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <cstring>
 #include <iterator>
@@ -173,8 +175,10 @@ SchemaResult PrepareSchema(sqlite3* connection, const std::filesystem::path& pat
     result.problem = CheckMarks(marks, path);
     if (result.problem.state != kKestrinMIDIDatabaseReady)
         return result;
+    // Where the file may be written, its header has a number that no version of SQLite wrote.
     if (sqlite3_db_readonly(connection, "main") == 1)
-        return {ProblemOf(SQLITE_READONLY, path)};
+        return {
+            ProblemOf(access(path.c_str(), W_OK) == 0 ? SQLITE_CORRUPT : SQLITE_READONLY, path)};
     int code = ConfigureForWriting(connection, result.isWAL);
     if (code == SQLITE_OK && marks.version < kVersion)
         return {Migrate(connection, path), result.isWAL};

@@ -20,11 +20,14 @@ TEST_F(RepairTest, SavesWhatStandsAroundTheDamage) {
         pages.push_back(QueryInteger(OpenFile().get(), sql.c_str(), -1));
     }
     MIDIRestart();
+    std::fstream file(fFile, std::ios::in | std::ios::out | std::ios::binary);
     for (const std::int64_t page : pages) {
-        std::fstream file(fFile, std::ios::in | std::ios::out | std::ios::binary);
         file.seekp((page - 1) * 4096);
         file << std::string(4096, '\xAA');
     }
+    file.seekp(18); // a version of the format in which only later ones may write
+    file.put(3);
+    file.close();
     ASSERT_EQ(KestrinMIDIGetDatabaseState(), kKestrinMIDIDatabaseDamaged);
 
     CFStringRef savedAs = nullptr;
