@@ -93,6 +93,7 @@ private:
     bool TakeAnnouncements();
     void ReadClients(SequencerSnapshot& snapshot);
     void ReadCards(SequencerSnapshot& snapshot);
+    static void LeaveOutMovedCards(SequencerSnapshot& snapshot, const CardPlaces& before);
 
     SequencerHolder fSequencer;
     bool fChangedWhileRead = false;
@@ -170,6 +171,18 @@ void AlsaSequencer::ReadCards(SequencerSnapshot& snapshot) {
     }
 }
 
+/// Where units move without end, one that took another number meanwhile was read twice, and ports
+/// may be those of the card that had the number before.
+void AlsaSequencer::LeaveOutMovedCards(SequencerSnapshot& snapshot, const CardPlaces& before) {
+    const CardPlaces now = PlacesOfCards();
+    const auto in = [](const CardPlaces& places, const SoundCard& card) {
+        const auto found = places.find(EntryName(card.number));
+        return found != places.end() ? found->second : std::filesystem::path();
+    };
+    std::erase_if(snapshot.cards,
+                  [&](const SoundCard& card) { return in(before, card) != in(now, card); });
+}
+
 SequencerSnapshot AlsaSequencer::Read() {
     // What was read before and after a change does not fit together: a card's number may be another
     // card's by then. A change that never ends makes the next HasChanged true instead.
@@ -181,8 +194,10 @@ SequencerSnapshot AlsaSequencer::Read() {
         if (snapshot.state != SequencerState::Ready)
             return snapshot;
         TakeAnnouncements();
+        const CardPlaces places = PlacesOfCards();
         ReadClients(snapshot);
         ReadCards(snapshot);
+        LeaveOutMovedCards(snapshot, places);
         fChangedWhileRead = TakeAnnouncements();
     }
     return snapshot;

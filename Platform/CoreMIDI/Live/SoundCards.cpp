@@ -16,6 +16,7 @@ namespace {
 
 using std::filesystem::path;
 
+constexpr const char* kEntries = "/sys/class/sound";
 constexpr std::size_t kMostAttributeBytes = 4096; // a page, all that sysfs has room for
 
 /// One line of sysfs without its end; empty where there is no such file, or it goes while it is
@@ -86,8 +87,25 @@ std::optional<UsbUnit> UsbUnitAbove(const path& folder) {
                    ControllerOf(device) + "-" + ReadAttribute(device, "devpath")};
 }
 
+std::string EntryName(int card) {
+    return "card" + std::to_string(card);
+}
+
+CardPlaces PlacesOfCards() {
+    CardPlaces places;
+    std::error_code none;
+    std::filesystem::directory_iterator entry(kEntries, none);
+    for (const std::filesystem::directory_iterator end; !none && entry != end;
+         entry.increment(none)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with("card"))
+            places[name] = Canonical(entry->path());
+    }
+    return places;
+}
+
 std::optional<SoundCard> ReadSoundCard(int number) {
-    const path entry = "/sys/class/sound/card" + std::to_string(number);
+    const path entry = path(kEntries) / EntryName(number);
     const path place = Canonical(entry);
     const path device = Canonical(entry / "device");
     SoundCard card;

@@ -49,8 +49,8 @@ json.dump(studio, sys.stdout)' $group_key $position_key >"$work/placed"
     midisetup import --yes "$work/placed" >/dev/null
 }
 
-# The devices and the ports of programs, by their names.
-known() { tree | grep '^  [^ ]' | sort; }
+# All that is known, by its names, in whatever order it came.
+known() { tree | sort; }
 
 are_all_there() { [ "$(surfaces uniqueID | wc -l)" -eq $surfaces ]; }
 
