@@ -65,7 +65,7 @@ OSStatus CopyObjectProperty(MIDIObjectRef ref, CFStringRef propertyID, PropertyV
         const OSStatus status = Find(object, key, kind, value);
         if (status == noErr)
             result = value->MakeObject();
-        return status;
+        return status == noErr && !result ? OSStatus(kMIDIUnknownError) : status;
     });
 }
 

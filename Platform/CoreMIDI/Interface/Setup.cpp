@@ -17,7 +17,9 @@ std::int64_t UnixTime() {
         .count();
 }
 
-OSStatus Change(const ServiceSession::Change& change) {
+/// What becomes a ServiceSession::Change inside the session may lack the memory for it.
+template <typename Changing>
+OSStatus Change(const Changing& change) {
     return InSession(kMIDIUnknownError, [&](ServiceSession& session) {
         // Whether a device is plugged in now decides, not what the last enumeration saw.
         session.LookForNews();
