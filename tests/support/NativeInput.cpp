@@ -127,18 +127,6 @@ void RunModalWindow() {
     dialog.exec();
 }
 
-bool PressByScreenReader(const View& view, int item) {
-    QAccessibleInterface* const whole = QAccessible::queryAccessibleInterface(&WidgetOf(view));
-    QAccessibleActionInterface* actions =
-        (item < 0 ? whole : whole->child(item))->actionInterface();
-    const QString press = QAccessibleActionInterface::pressAction();
-    const bool isOffered = actions && actions->actionNames().contains(press);
-    if (isOffered)
-        actions->doAction(press);
-    Settle();
-    return isOffered;
-}
-
 std::string SpokenOfFocus(const View& anyView) {
     QAccessibleInterface* spoken =
         QAccessible::queryAccessibleInterface(WidgetOf(anyView).window()->focusWidget());
@@ -148,20 +136,13 @@ std::string SpokenOfFocus(const View& anyView) {
     return Kestrin::ToUtf8(words.join('|'));
 }
 
-std::vector<DesktopText> TextsOfTheDesktop() {
+std::pair<Kestrin::RGBAColor, Kestrin::RGBAColor> MarkedText() {
     Kestrin::NativeApplication::Shared();
     const auto color = [](QPalette::ColorRole role) {
         const QColor of = QApplication::palette().color(role);
         return Kestrin::RGBAColor{of.redF(), of.greenF(), of.blueF(), 1};
     };
-    const auto pair = [&](const char* name, QPalette::ColorRole text, QPalette::ColorRole ground) {
-        return DesktopText{name, color(text), color(ground)};
-    };
-    return {pair("alert", QPalette::WindowText, QPalette::Window),
-            pair("button of an alert", QPalette::ButtonText, QPalette::Button),
-            pair("list", QPalette::Text, QPalette::Base),
-            pair("tool tip", QPalette::ToolTipText, QPalette::ToolTipBase),
-            pair("marked", QPalette::HighlightedText, QPalette::Highlight)};
+    return {color(QPalette::HighlightedText), color(QPalette::Highlight)};
 }
 
 void UseHighContrast() {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
 class QImage;
 
@@ -56,21 +56,12 @@ void ResizeWindow(const Kestrin::View& anyView, int width, int height);
 /// Opens a modal window, waits until it is seen and has it closed.
 void RunModalWindow();
 
-/// Performs the press action that a screen reader offers, of the view or of the item `item` of its
-/// menu, from 0; false where it offers none.
-bool PressByScreenReader(const Kestrin::View& view, int item = -1);
-
 /// What a screen reader reads of what has the focus of the window: role, name, value and
 /// whether it is focused.
 std::string SpokenOfFocus(const Kestrin::View& anyView);
 
-/// A text of the desktop's own look, which alerts, lists and marked text have.
-struct DesktopText {
-    const char* name;
-    Kestrin::RGBAColor text;
-    Kestrin::RGBAColor ground;
-};
-std::vector<DesktopText> TextsOfTheDesktop();
+/// The desktop's colours of marked text and of the mark behind it.
+std::pair<Kestrin::RGBAColor, Kestrin::RGBAColor> MarkedText();
 /// Gives the desktop a look of white on black.
 void UseHighContrast();
 

@@ -1,7 +1,6 @@
 #include "UI/DynamicMenu.h"
 
 #include "Commands/ChainOfCommand.h"
-#include "UI/MenuList.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -50,17 +49,6 @@ TEST(DynamicMenu, TheCurrentItemIsTheFirstOfItsValueAndMayBeAboveTheCount) {
     EXPECT_EQ(menu.GetCurrentValue(), 0u);
     EXPECT_TRUE(menu.GetCurrentItemStr().empty());
     EXPECT_FALSE(menu.GetMenu().IsMenuItemChecked(2));
-}
-
-TEST(DynamicMenu, ItemsTakeCommandsFromThePoolAndGiveThemBack) {
-    auto menu = std::make_unique<FilledMenu>();
-    const unsigned int first = menu->Command(1).Code();
-    EXPECT_EQ(menu->Command(2).Code(), first - 1);
-    const short id = menu->GetMenu().GetMenuID();
-    EXPECT_TRUE(MenuList::Instance().Contains(id));
-    menu.reset();
-    EXPECT_FALSE(MenuList::Instance().Contains(id));
-    EXPECT_EQ(FilledMenu().Command(1).Code(), first);
 }
 
 TEST(DynamicMenu, AChoiceBecomesCurrentUnlessThereIsNoneAndIsToldEitherWay) {

@@ -55,10 +55,6 @@ protected:
                         Desktop::Input(press);
                     });
     }
-    void OpenAndType(const std::string& keys) {
-        Open();
-        script.WhenMenuIsOpen([keys](const Desktop::Menu&) { Desktop::Type(keys); });
-    }
     void OpenUntil(const std::function<void()>& closesIt) {
         Open();
         script.WhenMenuIsOpen([&](const Desktop::Menu&) { closesIt(); });
@@ -149,32 +145,16 @@ TEST_F(PopUp, ShowsTextsLiterallyInOneLineOfModerateWidth) {
     script.Play();
 }
 
-TEST_F(PopUp, ClosesWhenItsControlIsDeleted) {
-    OpenUntil([&] { control.reset(); });
-}
-
 TEST_F(PopUp, ClosesWhenItsWindowIsHiddenOrDestroyed) {
     OpenUntil([&] { window->ShowHide(false); });
     window->ShowHide(true);
     OpenUntil([&] { DestroyWindow(); });
 }
 
-TEST_F(PopUp, GivesTheChainToNobodyWhenTheFormerGopherHasGone) {
-    auto former = std::make_unique<DynamicMenu>();
-    ChainOfCommand::Instance()->SetGopher(former.get());
-    Open();
-    script.WhenMenuIsOpen([&](const Desktop::Menu&) {
-        former.reset();
-        Desktop::Type("Down Return");
-    });
-    script.Play();
-    EXPECT_EQ(control->chosen, 1);
-    EXPECT_EQ(ChainOfCommand::Instance()->GetGopher(), nullptr);
-}
-
 TEST_F(PopUp, AChoiceMayDeleteTheControlAndItsWindow) {
     control->then = [&] { DestroyWindow(); };
-    OpenAndType("Down Return");
+    Open();
+    script.WhenMenuIsOpen([](const Desktop::Menu&) { Desktop::Type("Down Return"); });
     script.Play();
     EXPECT_EQ(control, nullptr);
 }

@@ -1,4 +1,3 @@
-#include "UI/Internal/CurrentEvent.h"
 #include "UI/Internal/ViewBridge.h"
 
 #include "tests/Source/UI/ViewTestSupport.h"
@@ -8,7 +7,6 @@
 namespace {
 
 using Kestrin::BridgeOf;
-using Kestrin::NativeKeyEvent;
 using Kestrin::NativeMouseEvent;
 using testing::ElementsAre;
 
@@ -89,57 +87,5 @@ TEST_F(Routing, APressThatWasHandedOnAndLosesItsReleaseEndsOutsideTheControl) {
     BridgeOf(label).HandlePressLost();
     EXPECT_THAT(notes, ElementsAre("button click 10,5", "button track away", "button up"));
 }
-
-/// What may happen to a view inside every hook that an event calls.
-class AViewThatIs : public testing::TestWithParam<const char*> {
-protected:
-    void Harm(std::unique_ptr<NotingView>& view) {
-        if (GetParam() == std::string("destroyed"))
-            view.reset();
-        else if (view && GetParam() == std::string("removed"))
-            view->RemoveFromSuperview();
-        else if (view)
-            view->ShowHide(false);
-    }
-};
-
-TEST_P(AViewThatIs, InAnyOfItsHooksDoesNoHarm) {
-    using Bridge = Kestrin::ViewBridge;
-    const auto mouse = [](auto handle) {
-        return [handle](Bridge& bridge) { (bridge.*handle)(At(1, 1)); };
-    };
-    const std::function<void(Bridge&)> events[] = {
-        mouse(&Bridge::HandleMouseDown),
-        mouse(&Bridge::HandleMouseDragged),
-        mouse(&Bridge::HandleMouseUp),
-        mouse(&Bridge::HandleMouseMoved),
-        mouse(&Bridge::HandleMouseEntered),
-        mouse(&Bridge::HandleMouseExited),
-        mouse(&Bridge::HandleScrollWheel),
-        &Bridge::HandleAccessibilityPress,
-        [](Bridge& bridge) { bridge.HandleKeyDown(NativeKeyEvent{}); },
-        [](Bridge& bridge) { bridge.HandleFirstResponderChanged(true); },
-        [](Bridge& bridge) { bridge.SetHidden(true); },
-    };
-    for (const auto& send : events) {
-        std::vector<std::string> notes;
-        NotingView parent("parent", notes);
-        auto view = std::make_unique<NotingView>("view", notes);
-        NotingView child("child", notes);
-        for (NotingView* each : {&parent, view.get(), &child}) {
-            each->SetRect({0, 0, 100, 100});
-            each->tracksMouse = true;
-        }
-        view->PlaceInView(&parent, 0, 0);
-        child.PlaceInView(view.get(), 0, 0);
-        notes.clear();
-        view->during = child.during = [&](const std::string&) { Harm(view); };
-        send(BridgeOf(*view));
-        EXPECT_FALSE(notes.empty());
-        EXPECT_EQ(Kestrin::CurrentEventView(), nullptr);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Routing, AViewThatIs, testing::Values("destroyed", "removed", "hidden"));
 
 } // namespace

@@ -1,5 +1,3 @@
-#include "UI/DynamicMenu.h"
-
 #include "tests/Source/UI/ViewTestSupport.h"
 
 namespace {
@@ -78,17 +76,6 @@ TEST_F(Views, WhatIsHiddenOrDisabledLosesTheFocusAndTakesNone) {
     }
 }
 
-TEST_F(Views, AViewShownBeforeItIsPlacedIsNoWindowOfItsOwn) {
-    bool isDrawn = false;
-    red->duringDraw = [&] { isDrawn = true; };
-    red->SetRect({0, 0, 20, 20});
-    red->ShowHide(true);
-    NativeInput::Settle();
-    EXPECT_FALSE(isDrawn);
-    Place(*red, {0, 0, 20, 20});
-    EXPECT_TRUE(NativeInput::WaitUntil([&] { return isDrawn; }));
-}
-
 TEST_F(Views, TabAndClicksMoveTheFocusBetweenTheViewsThatTakeIt) {
     NotingView disabled("disabled", notes);
     Place(disabled, {60, 0, 20, 20});
@@ -134,22 +121,6 @@ TEST_F(Views, ADragFollowsThePressOutOfTheViewUnlessADialogTakesIt) {
     };
     NativeInput::Press(left, {5, 5});
     EXPECT_THAT(notes, ElementsAre("left track away", "left up"));
-}
-
-TEST_F(Views, ScreenReadersHearTheControlAndPressIt) {
-    EXPECT_FALSE(NativeInput::PressByScreenReader(left));
-    Kestrin::DynamicMenu menu;
-    for (const char* size : {"small", "medium", "large"})
-        menu.AppendItem(Text(size), 0);
-    menu.SetCurrentItem(2);
-    menu.GetMenu().EnableItem(3, false);
-    left.SetAccessiblePopUp(Text("Größe"), menu);
-    EXPECT_TRUE(NativeInput::PressByScreenReader(left));
-    EXPECT_THAT(notes, ElementsAre("left focus", "left key ' ' 0 0"));
-    EXPECT_EQ(NativeInput::SpokenOfFocus(root), "ComboBox|Größe|medium|focused");
-    EXPECT_FALSE(NativeInput::PressByScreenReader(left, 2)) << "the item is disabled";
-    EXPECT_TRUE(NativeInput::PressByScreenReader(left, 0));
-    EXPECT_EQ(menu.GetCurrentItem(), 1);
 }
 
 TEST_F(Views, AViewMayGoWhileItIsDrawnOrItsNeighbourIs) {

@@ -71,9 +71,6 @@ public:
     void DoMousePosition(MousePosInfo info, const Point& at, unsigned int m) override {
         Note((info == kMousePosInside ? "inside " : "exited ") + Words(at, m));
     }
-    void DoMouseWheel(const Point& at, unsigned int m, int dx, int dy) override {
-        Note("wheel " + Words(at, m) + " by " + std::to_string(dx) + "," + std::to_string(dy));
-    }
     bool DoTextInput(const UString& text, unsigned int m, unsigned char key) override {
         const bool takes = takesKeys;
         NoteKey(text, m, key);

@@ -1,11 +1,8 @@
 #include "UI/MessageBox.h"
 
-#include "UI/Window.h"
-
 #include "Platform/UI/NativeApplication.h"
 #include "tests/Source/Strings/Text.h"
 #include "tests/support/Desktop.h"
-#include "tests/support/RecordingLog.h"
 
 #include <gmock/gmock.h>
 
@@ -19,7 +16,6 @@ namespace {
 class MessageBox : public testing::Test {
 protected:
     MessageBox() {
-        RecordingLog::Clear();
         for (int i = 0; i < 200; ++i)
             text += " & word";
     }
@@ -68,25 +64,7 @@ TEST_F(MessageBox, ACriticalMessageHasThePlatformsButtonAndShowsMarkupWithinTheS
         };
         EXPECT_EQ(Ask(48, type), 1);
     }
-    EXPECT_TRUE(RecordingLog::Lines().empty());
     EXPECT_EQ(AskAndType(0x72, "Return"), 1);
-    EXPECT_THAT(RecordingLog::Lines(), ElementsAre("Unknown message box type"));
-}
-
-struct Client final : Kestrin::Window::WindowEventClient {
-    void WindowClosedNotification(Kestrin::Window*) override {}
-    void WindowActivationChanged(Kestrin::Window*, bool isActive) override { active = isActive; }
-    bool active = false;
-};
-
-TEST_F(MessageBox, TheWindowBeneathMayGoWhileItIsOpen) {
-    Client client;
-    Kestrin::Window* window = Kestrin::Window::Create(client, "Beneath"_u, 300, 100, 0);
-    window->Activate();
-    script.When([&] { return client.active; }, [] {});
-    script.Play();
-    EXPECT_EQ(Ask(4, [&](const auto&) { Kestrin::Window::DestroyWindow(window); }), 2);
-    EXPECT_FALSE(Desktop::OpenAlert());
 }
 
 TEST_F(MessageBox, TheEndOfTheProgramAnswersForTheSecondButtonUntilTheLoopHasEnded) {
