@@ -167,8 +167,11 @@ TEST_F(SurfaceDiscovery, NamesASurfaceByItsPortAndCutsLongNamesAtACharacter) {
 
 TEST_F(SurfaceDiscovery, NamesASurfaceOnAPortWithoutADeviceByBoth) {
     MidiDevice device;
-    device.destinationEndpoint = fStudio.AddProgramPort("Network 1").destination;
     device.uniqueID = fStudio.ID(AddMackieControl());
+    // Only the sequencer makes such ports.
+    fStudio.RunSQL("INSERT INTO objects (id, type, position, unique_id) VALUES (99, 3, 0, 4002);"
+                   "INSERT INTO properties VALUES (99, 'name', 'Network 1')");
+    device.destinationEndpoint = 99;
     EXPECT_EQ(NameOf(device), "Desk on Network 1");
 }
 

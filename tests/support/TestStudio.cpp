@@ -62,25 +62,13 @@ MIDIDeviceRef TestStudio::AddExternal(const std::string& name, const std::string
     return device;
 }
 
-void TestStudio::RunSQL(const char* sql) const {
-    MIDIGetNumberOfDevices();
+void TestStudio::RunSQL(const std::string& sql) const {
     MIDIRestart();
     sqlite3* file = nullptr;
     sqlite3_open(DatabasePath().c_str(), &file);
-    const int code = sqlite3_exec(file, sql, nullptr, nullptr, nullptr);
+    const int code = sqlite3_exec(file, sql.c_str(), nullptr, nullptr, nullptr);
     sqlite3_close(file);
     Check(code);
-}
-
-TestStudio::ProgramPort TestStudio::AddProgramPort(const std::string& name) {
-    // Only the sequencer makes such ports, so they are put into the file as it would leave them.
-    RunSQL("INSERT INTO objects (type, position, unique_id) VALUES (2, 0, 4001), (3, 1, 4002)");
-    ProgramPort port{};
-    Check(MIDIObjectFindByUniqueID(4001, &port.source, nullptr));
-    Check(MIDIObjectFindByUniqueID(4002, &port.destination, nullptr));
-    SetText(port.source, "name", name);
-    SetText(port.destination, "name", name);
-    return port;
 }
 
 void TestStudio::Cable(MIDIDeviceRef interface, int port, MIDIObjectRef object) {

@@ -30,14 +30,7 @@ public:
                               const std::string& model);
 
     /// Changes the file behind the service's back, which is closed before.
-    void RunSQL(const char* sql) const;
-
-    /// The source and the destination of a program that ran before: ports without a device.
-    struct ProgramPort {
-        MIDIEndpointRef source;
-        MIDIEndpointRef destination;
-    };
-    ProgramPort AddProgramPort(const std::string& name);
+    void RunSQL(const std::string& sql) const;
 
     /// `port` counts from 1.
     static MIDIEntityRef Port(MIDIDeviceRef device, int port) {

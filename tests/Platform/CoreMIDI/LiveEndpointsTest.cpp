@@ -57,38 +57,6 @@ TEST_F(LiveEndpointsTest, AnUnpluggedDeviceIsKnownAndNotEnumerated) {
     EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
 }
 
-TEST_F(LiveEndpointsTest, WhatIsPluggedInTellsWhereAndStoresNothingOfIt) {
-    UnitFacts unit = kFourPorts;
-    unit.card = 3;
-    SequencerSnapshot snapshot = SequencerWith({unit});
-    AddProgram(snapshot, 129, "Synthesizer", "In");
-    AddProgram(snapshot, 130, "Surfaces 0", "1 Left");
-    snapshot.clients.back().ports.push_back({253, KESTRIN_MIDI_UNLISTED_PORT});
-    PlugIn(snapshot);
-    ASSERT_EQ(MIDIGetNumberOfSources(), 5u);
-    const MIDIDeviceRef device = MIDIGetDevice(0);
-    const ItemCount stored = KestrinMIDIObjectGetNumberOfProperties(device);
-    const MIDIEndpointRef source = MIDIGetSource(2);
-    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertySequencerClient), 28);
-    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertySequencerPort), 2);
-    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyRawMIDI), "hw:3,0,2");
-    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertyCard), 3);
-    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyCardID), "USB_3");
-    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyUSBPath), "dummy_hcd.0-1");
-    EXPECT_EQ(StringOf(device, kKestrinMIDIPropertyUSBSerial), "SN001");
-    EXPECT_EQ(IntegerOf(device, kKestrinMIDIPropertyUSBVendorProduct), 0x0a730006);
-    const MIDIEndpointRef program = MIDIGetSource(4);
-    EXPECT_EQ(IntegerOf(program, kKestrinMIDIPropertySequencerClient), 129);
-    EXPECT_EQ(StringOf(program, kKestrinMIDIPropertyRawMIDI), "(-10835)");
-
-    EXPECT_EQ(MIDIObjectSetIntegerProperty(device, kKestrinMIDIPropertyCard, 7), kMIDINotPermitted);
-    PlugIn(SequencerWith({}));
-    ASSERT_EQ(MIDIGetNumberOfSources(), 0u);
-    EXPECT_EQ(IntegerOf(source, kKestrinMIDIPropertySequencerClient), kMIDIUnknownProperty);
-    EXPECT_EQ(StringOf(device, kKestrinMIDIPropertyUSBSerial), "(-10835)");
-    EXPECT_EQ(KestrinMIDIObjectGetNumberOfProperties(device), stored);
-}
-
 TEST_F(LiveEndpointsTest, UnitsKeepTheirSettingsInAnyPlugOrder) {
     const struct {
         const char* serialOne;
@@ -122,8 +90,9 @@ TEST_F(LiveEndpointsTest, UnitsKeepTheirSettingsInAnyPlugOrder) {
 }
 
 TEST_F(LiveEndpointsTest, NamesFollowTheUnitUnlessAPersonChangedThem) {
-    PlugIn(SequencerWith({kFourPorts}));
-    ASSERT_EQ(MIDIGetNumberOfSources(), 4u);
+    UnitFacts other{.card = 1, .serial = "SN002"};
+    PlugIn(SequencerWith({kFourPorts, other}));
+    ASSERT_EQ(DeviceNames(), (Names{"MCU Pro USB", "MCU Pro USB 2"}));
     const MIDIDeviceRef device = MIDIGetDevice(0);
     SetText(device, "name", "Left hand");
     SetText(Port(device, 2), "name", "Mine");
@@ -132,21 +101,11 @@ TEST_F(LiveEndpointsTest, NamesFollowTheUnitUnlessAPersonChangedThem) {
     updated.product = "MCU Pro USB v3.1 that the kernel cuts";
     updated.shortName = "MCU Pro USB v3.1";
     updated.ports = {"MCU Pro USB v3.1 Main", "MCU Pro USB v3.1 Aux", "MCU Pro USB v3.1 MIDI 3"};
-    PlugIn(SequencerWith({updated}));
-    EXPECT_EQ(SourceNames(), (Names{"Port 1 (Main)", "Mine", "Port 3"}));
-    EXPECT_EQ(DeviceNames(), Names{"Left hand"});
+    other.product = "MCU Pro USB v3.1";
+    PlugIn(SequencerWith({updated, other}));
+    EXPECT_EQ(SourceNames(), (Names{"Port 1 (Main)", "Mine", "Port 3", "Port 1"}));
+    EXPECT_EQ(DeviceNames(), (Names{"Left hand", "MCU Pro USB v3.1"}));
     EXPECT_EQ(StringOf(device, kMIDIPropertyModel), updated.product);
-}
-
-TEST_F(LiveEndpointsTest, ADevicesOwnNameFollowsItsFirmware) {
-    UnitFacts one = kFourPorts;
-    UnitFacts two{.card = 1, .serial = "SN002"};
-    PlugIn(SequencerWith({one, two}));
-    ASSERT_EQ(DeviceNames(), (Names{"MCU Pro USB", "MCU Pro USB 2"}));
-    one.product = "MCU Pro USB v3.1";
-    two.product = "MCU Pro USB v3.1";
-    PlugIn(SequencerWith({one, two}));
-    EXPECT_EQ(DeviceNames(), (Names{"MCU Pro USB v3.1", "MCU Pro USB v3.1 2"}));
 }
 
 TEST_F(LiveEndpointsTest, OddUnitsAreNamedFromWhatIsWhole) {
@@ -165,25 +124,6 @@ TEST_F(LiveEndpointsTest, OddUnitsAreNamedFromWhatIsWhole) {
     EXPECT_EQ(MIDIGetNumberOfDestinations(), 1u);
     EXPECT_EQ(DeviceNames(), (Names{nameless.shortName, "VirMIDI"}));
     EXPECT_EQ(StringOf(MIDIGetDevice(0), kMIDIPropertyManufacturer), "(-10835)");
-}
-
-TEST_F(LiveEndpointsTest, ProgramsEndpointsHaveNoEntityAndAreKnownByTheirNames) {
-    SequencerSnapshot snapshot = SequencerWith({});
-    AddProgram(snapshot, 129, "Mixer", "Clock");
-    AddProgram(snapshot, 130, "Mixer", "Clock");
-    AddProgram(snapshot, 131, "Mixer", "Mixer out");
-    PlugIn(snapshot);
-    ASSERT_EQ(SourceNames(), (Names{"Mixer Clock", "Mixer Clock", "Mixer out"}));
-    EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
-    const MIDIEndpointRef source = MIDIGetSource(0);
-    MIDIEntityRef entity = 0;
-    EXPECT_EQ(MIDIEndpointGetEntity(source, &entity), kMIDIObjectNotFound);
-    snapshot = SequencerWith({});
-    AddProgram(snapshot, 140, "Mixer", "Clock");
-    PlugIn(snapshot);
-    ASSERT_EQ(MIDIGetNumberOfSources(), 1u);
-    EXPECT_EQ(MIDIGetSource(0), source);
-    EXPECT_EQ(KestrinMIDIGetNumberOfVirtualEndpoints(), 6u);
 }
 
 TEST_F(LiveEndpointsTest, WhatIsPluggedStaysSoWhenAnotherProcessWrites) {

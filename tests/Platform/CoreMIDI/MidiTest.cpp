@@ -71,11 +71,6 @@ ConnectionHolder MidiTest::OpenFile() const {
     return ConnectionHolder(connection);
 }
 
-void MidiTest::RunSQL(const std::string& sql) const {
-    const ConnectionHolder file = OpenFile();
-    ASSERT_EQ(Execute(file.get(), sql.c_str()), SQLITE_OK) << sqlite3_errmsg(file.get());
-}
-
 pid_t MidiTest::Start(const std::function<void()>& work) {
     MIDIRestart();
     const pid_t child = fork();
@@ -138,11 +133,7 @@ SequencerSnapshot SequencerWith(const std::vector<UnitFacts>& units) {
              UsbUnit{"0a73", "0006", unit.manufacturer, unit.product, unit.serial, unit.path},
              "USB_" + std::to_string(unit.card)});
     }
-    AddProgram(snapshot, 128, "Kestrin MIDI", "Announcements");
+    snapshot.clients.push_back(
+        {128, "Kestrin MIDI", false, -1, {{0, "Announcements", true, true}}});
     return snapshot;
-}
-
-void AddProgram(SequencerSnapshot& snapshot, int client, const std::string& name,
-                const std::string& port) {
-    snapshot.clients.push_back({client, name, false, -1, {{0, port, true, true}}});
 }

@@ -27,7 +27,6 @@ protected:
 
     /// Opens the file behind the service's back; the service is closed before.
     ConnectionHolder OpenFile() const;
-    void RunSQL(const std::string& sql) const;
 
     /// Runs `work` in a process of its own, which has nothing open. It ends with 0 when no
     /// expectation failed.
@@ -61,5 +60,3 @@ struct UnitFacts {
 
 /// A sequencer with System, Midi Through, its own client and these units.
 SequencerSnapshot SequencerWith(const std::vector<UnitFacts>& units);
-void AddProgram(SequencerSnapshot& snapshot, int client, const std::string& name,
-                const std::string& port);
