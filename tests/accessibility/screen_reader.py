@@ -13,7 +13,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib
 
-from desk import TITLE, Program, Studio, until
+from desk import TITLE, until
+from scenes import Scene
 
 PRESSED = ["Press", "SetFocus"]
 STEPPED = ["SetFocus", "Increase", "Decrease"]
@@ -59,14 +60,9 @@ class Control:
         return [child.name for child in self.children() if "selected" in child.states()]
 
 
-class Session(unittest.TestCase):
-    with_surfaces = True
-
+class Session(Scene):
     def setUp(self):
-        self.studio = Studio(self.with_surfaces)
-        self.addCleanup(self.studio.close)
-        self.program = Program(self.studio, awaits_window=self.with_surfaces)
-        self.addCleanup(self.program.kill)
+        super().setUp()
         self.application = until("the program is on the bus", self._find_application)
         self.application.it.set_cache_mask(Atspi.Cache.NONE)
 

@@ -29,13 +29,6 @@ TEST_F(BtnUITest, SendsItsCommandWhenReleasedInsideAfterAPress) {
     EXPECT_EQ(sent, 0) << "a release without a press";
 }
 
-TEST_F(BtnUITest, SendsNothingWhenItIsDisabledBeforeTheRelease) {
-    button.DoClick({50, 11}, 0, false);
-    button.Enable(false);
-    button.DoMouseUp(0);
-    EXPECT_EQ(sent, 0);
-}
-
 TEST_F(BtnUITest, MayBeDestroyedByItsCommand) {
     struct Destroyer final : Handler {
         void Handle(unsigned int) override { button.reset(); }

@@ -15,10 +15,6 @@ class Picture:
         assert magic == b"P6" and depth == b"255", "an unexpected picture format"
         return cls(int(size.split()[0]), pixels)
 
-    def color(self, x, y):
-        start = 3 * (y * self.width + x)
-        return tuple(self._pixels[start:start + 3])
-
     def region(self, x, y, width, height):
         """The bytes of a rectangle, for comparing two pictures."""
         return b"".join(self._pixels[3 * (row * self.width + x):3 * (row * self.width + x + width)]
@@ -28,7 +24,7 @@ class Picture:
         """The smallest (left, top, right, bottom), right and bottom outside, around all pixels of
         the rectangle that differ clearly from `background`; None when there are none."""
         def is_ink(column, row):
-            return any(abs(a - b) > 60 for a, b in zip(self.color(column, row), background))
+            return any(abs(a - b) > 60 for a, b in zip(self.region(column, row, 1, 1), background))
         spots = [(column, row) for row in range(y, y + height) for column in range(x, x + width)
                  if is_ink(column, row)]
         if not spots:

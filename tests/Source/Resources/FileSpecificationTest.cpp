@@ -48,15 +48,6 @@ TEST(FileSpecification, NamesAFileThroughRenamingAndReplacing) {
     EXPECT_EQ(FileSpecification(ReferenceTo("/usr")).GetFullPath(), "/usr"_u);
 }
 
-TEST(FileSpecification, FindsResourcesBesideTheProgram) {
-    const auto table = ResourceAccess::Instance().GetFile("LocalizableStrings"_u, "xml"_u);
-    EXPECT_EQ(fs::path(table.GetPOSIXPath()), fs::read_symlink("/proc/self/exe").parent_path() /
-                                                  "Resources/LocalizableStrings.xml");
-    EXPECT_NE(ReadSerializedResourceFile("LocalizableStrings"_u, "xml"_u), nullptr);
-    for (const UString& name : {"Missing"_u, ""_u, "../LocalizableStrings"_u})
-        EXPECT_EQ(ReadSerializedResourceFile(name, "xml"_u), nullptr) << name.utf8_str();
-}
-
 class SavedDocument : public testing::Test {
 protected:
     std::error_code Save(const UString& text, const UString& name = "settings.xml"_u) const {

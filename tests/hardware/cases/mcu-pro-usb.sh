@@ -15,7 +15,7 @@ expect_equal "driver" "snd-usb-audio" "$(midisetup get "MCU Pro USB" driver)"
 expect_equal "surfaces" "MCU Pro USB Port 1 | 20 | 0" "$(surfaces name type group)"
 expect_equal "its position is its unique ID" "$(surfaces uniqueID)" "$(surfaces storedPosition)"
 
-settle "MCU Pro USB" 3 7
+midisetup place "MCU Pro USB" 3 7
 
 # Where it is on this machine, as the kernel tells it.
 card=$(card_at 0) client=$(client_at 0)

@@ -1,7 +1,7 @@
 # Who waits to be told of changes uses no processor time: when all is told, nothing wakes it but the next one.
 make_unit unit 4 serial=SN001
 plug unit 0
-settle "MCU Pro USB" 0 1
+midisetup place "MCU Pro USB" 0 1
 "$BUILD_DIR/examples/watch" >"$work/watch" &
 watch=$!
 "$BUILD_DIR/tools/surface-ports/surface-ports" &

@@ -43,12 +43,6 @@ settings_of() {
     echo "$(midisetup get "$1" $group_key) $(midisetup get "$1" $position_key)"
 }
 
-# settle DEVICE GROUP POSITION: stores both settings.
-settle() {
-    midisetup set "$1" $group_key "$2"
-    midisetup set "$1" $position_key "$3"
-}
-
 nanoseconds_used() { awk '{ used += $1 } END { print used }' /proc/"$1"/task/*/schedstat; }
 
 # rests PROCESS: whether nothing wakes it for 4 s. For wait_until, as the news of before may still wake it.
