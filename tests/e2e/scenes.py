@@ -62,6 +62,8 @@ class SettingsWindow(Scene):
             caption = ink(x + 22, 164, 56, 14)
             self.assertInside(caption, x + 22, 164, 56, 14)
             self.assertLessEqual(abs((caption[0] + caption[2]) / 2 - (x + 50)), 2, "centred")
+            for corner in (x, x + 88):
+                self.assertIsNone(ink(corner, 160, 12, 4), "a spike stands out from the outline")
         self.assertInside(ink(10, 20, 120, 25), 20, 20, 120, 25)
         self.assertInside(ink(152, 24, 330, 18), 152, 24, 330, 18)
 
