@@ -1,13 +1,12 @@
 #include "Platform/CoreMIDI/Interface/ChangeWatch.h"
 #include "tests/Platform/CoreMIDI/MidiTest.h"
+#include "tests/support/FullDisk.h"
 
 #include <poll.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -33,24 +32,6 @@ Value MedianOf(std::vector<Value> values) {
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
 }
-
-/// Lets no file grow, as on a full disk.
-class FullDisk {
-public:
-    FullDisk() {
-        getrlimit(RLIMIT_FSIZE, &fBefore);
-        const rlimit none{0, fBefore.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() {
-        setrlimit(RLIMIT_FSIZE, &fBefore);
-        std::signal(SIGXFSZ, fHandler);
-    }
-
-private:
-    void (*fHandler)(int) = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit fBefore{};
-};
 
 /// A client that notes what it is told: "added 7", "changed 7 name", "setup".
 class NotificationsTest : public MidiTest {
@@ -179,7 +160,7 @@ TEST_F(NotificationsTest, WhatAFullDiskKeptBackIsToldWhenThereIsRoom) {
     AddInterface("Interface", 1);
     HearUntil("setup");
     {
-        const FullDisk disk;
+        const FullDisk disk(0);
         PlugIn(SequencerWith({{0, ""}}));
         for (int looks = 0; looks < 12; ++looks) { // more than news alone cause
             ASSERT_TRUE(IsReadable(KestrinMIDIClientGetDescriptor(fClient), kPatience));

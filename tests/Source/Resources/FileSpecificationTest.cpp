@@ -1,16 +1,14 @@
 #include "Resources/FileSpecification.h"
 
-#include "Resources/ResourceAccess.h"
 #include "XML/XMLSerializable.h"
 
 #include "tests/Source/Strings/Text.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <boost/smart_ptr/make_shared.hpp>
-#include <csignal>
 #include <fstream>
 
 namespace {
@@ -101,15 +99,11 @@ TEST_F(SavedDocument, StaysWhenSavingFails) {
     EXPECT_EQ(WriteSerializedFile(*CreateContainer("s"_u), {}),
               std::errc::no_such_file_or_directory);
     EXPECT_FALSE(Save("old"_u));
-    // No file can grow past a few bytes, as on a full disk.
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit full{100, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &full);
-    EXPECT_EQ(Save(UString(std::string(1000, 'x'), UString::kASCII)), std::errc::file_too_large);
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
+    const UString longText(std::string(1000, 'x'), UString::kASCII);
+    {
+        const FullDisk disk(100);
+        EXPECT_EQ(Save(longText), std::errc::file_too_large);
+    }
     EXPECT_EQ(Saved(), "old"_u);
     // A folder in the file's place cannot be replaced.
     fs::create_directories(fFolder / "folder.xml/kept");
