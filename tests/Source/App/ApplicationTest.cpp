@@ -87,13 +87,6 @@ TEST(Application, RunReturnsAtOnceAfterASignalAndAsksNothingMore) {
     EXPECT_EQ(signal(SIGINT, SIG_DFL), SIG_DFL);
 }
 
-TEST(Application, AnExceptionOfAHandlerComesOutOfRun) {
-    TestApplication application;
-    application.whenLaunched = [] { throw 1; };
-    EXPECT_THROW(application.Run(), int);
-    EXPECT_NO_THROW(application.RunApplicationLoop(0));
-}
-
 TEST(ApplicationDeathTest, WithoutADisplaySaysWhatToDoAndEnds) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     for (const char* display : {"", ":4711"}) {

@@ -38,6 +38,7 @@ TEST_F(Windows, TheTitleIsShownLiterally) {
 
 TEST_F(Windows, AViewOrTheWindowMayGoInsideEachCall) {
     const Point at{5, 5};
+    const Point further{6, 6};
     Window* doomed = nullptr;
     std::unique_ptr<NotingView> view;
     const std::function<void()> harms[] = {
@@ -55,9 +56,7 @@ TEST_F(Windows, AViewOrTheWindowMayGoInsideEachCall) {
         [&] { NativeInput::ResizeWindow(*view, 340, 150); },
         [&] { NativeInput::Move(*view, at); },
         [&] { NativeInput::Press(*view, at); },
-        [&] {
-            NativeInput::Move(*view, {6, 6});
-        },
+        [&] { NativeInput::Move(*view, further); },
         [&] { NativeInput::Type(*view, "Escape"); },
         [&] { NativeInput::Release(*view, at); },
         [&] { view->RemoveFromSuperview(); },

@@ -38,11 +38,6 @@ tree() {
     midisetup list | sed -e 's/  #-\{0,1\}[0-9]*$//' -e 's/  at [0-9:]*$//'
 }
 
-# settings_of DEVICE: the stored group and position.
-settings_of() {
-    echo "$(midisetup get "$1" $group_key) $(midisetup get "$1" $position_key)"
-}
-
 nanoseconds_used() { awk '{ used += $1 } END { print used }' /proc/"$1"/task/*/schedstat; }
 
 # rests PROCESS: whether nothing wakes it for 4 s. For wait_until, as the news of before may still wake it.

@@ -109,16 +109,12 @@ unplug() {
     wait_until "$1 is gone from $place" nothing_at "$place"
 }
 
-destroy_unit() {
-    local folder=$gadgets/$1
-    [ -z "$(cat "$folder/UDC")" ] || unplug "$1"
-    rm "$folder/configs/c.1/midi.usb0"
-    rmdir "$folder/configs/c.1" "$folder/functions/midi.usb0" "$folder/strings/0x409" "$folder"
-}
-
 destroy_all_units() {
-    local folder
-    for folder in "$gadgets"/*/; do
-        [ ! -d "$folder" ] || destroy_unit "$(basename "$folder")"
+    local unit folder
+    for unit in $(ls "$gadgets"); do
+        folder=$gadgets/$unit
+        [ -z "$(cat "$folder/UDC")" ] || unplug "$unit"
+        rm "$folder/configs/c.1/midi.usb0"
+        rmdir "$folder/configs/c.1" "$folder/functions/midi.usb0" "$folder/strings/0x409" "$folder"
     done
 }

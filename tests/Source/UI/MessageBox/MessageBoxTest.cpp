@@ -6,8 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <utility>
-
 using Kestrin::NativeApplication;
 using testing::ElementsAre;
 
