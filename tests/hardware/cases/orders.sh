@@ -33,7 +33,8 @@ for surface in $(surfaces uniqueID); do
     midisetup place "$surface" $((++group)) $((10 * group))
 done
 before=$(settings_by_place)
-midisetup doctor | grep -q 'by their USB port alone.* no serial number: MCU Pro USB, MCU Pro USB 2, '
+expect_equal "the doctor's notes" 1 \
+    "$(midisetup doctor | grep -c 'by their USB port alone.* no serial number: MCU Pro USB, MCU Pro USB 2, ')"
 orders=$(python3 -IS -c 'import itertools; print(*map("".join, itertools.permutations("0123")), sep="\n")' | sed -n "1~${RIG_LONG:-4}p")
 for order in $orders; do
     pull_all_out
