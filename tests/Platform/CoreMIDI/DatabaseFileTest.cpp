@@ -109,4 +109,11 @@ TEST_F(DatabaseFileTest, HoldsEverythingItselfAfterACleanExit) {
     EXPECT_EQ(Number(fKnown, "group"), 9);
 }
 
+TEST_F(DatabaseFileTest, ThatIsRemovedIsMadeAnew) {
+    ASSERT_EQ(MIDIGetNumberOfDevices(), 1u);
+    for (const char* const suffix : {"", "-wal", "-shm"})
+        std::filesystem::remove(fFile.string() + suffix);
+    EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
+}
+
 } // namespace

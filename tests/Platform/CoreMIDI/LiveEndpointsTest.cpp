@@ -57,6 +57,16 @@ TEST_F(LiveEndpointsTest, AnUnpluggedDeviceIsKnownAndNotEnumerated) {
     EXPECT_EQ(MIDIGetNumberOfDevices(), 0u);
 }
 
+TEST_F(LiveEndpointsTest, WhereAUnitIsIsToldAndNotStored) {
+    PlugIn(SequencerWith({kFourPorts}));
+    const MIDIEndpointRef source = MIDIGetSource(2);
+    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyRawMIDI), "hw:0,0,2");
+    EXPECT_EQ(MIDIObjectSetIntegerProperty(source, kKestrinMIDIPropertyCard, 7), kMIDINotPermitted);
+    PlugIn(SequencerWith({}));
+    ASSERT_EQ(MIDIGetNumberOfSources(), 0u);
+    EXPECT_EQ(StringOf(source, kKestrinMIDIPropertyRawMIDI), "(-10835)");
+}
+
 TEST_F(LiveEndpointsTest, UnitsKeepTheirSettingsInAnyPlugOrder) {
     const struct {
         const char* serialOne;
