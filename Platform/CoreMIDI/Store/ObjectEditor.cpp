@@ -84,7 +84,7 @@ OSStatus ObjectEditor::SetProperty(StoredObject& object, PropertyKey key, Proper
     const PropertyValue* const present = object.Own(key);
     if (present && *present == value)
         return noErr;
-    if (value.Bytes().size() > kLongestValue ||
+    if (value.Bytes().size() > kLongestValue || fKeys.TextOf(key).size() > kLongestValue ||
         (!present && object.properties.size() >= kMostProperties))
         return kMIDINotPermitted;
     const OSStatus status = WriteProperty(object.ref, key, value);

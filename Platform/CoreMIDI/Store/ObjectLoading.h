@@ -5,7 +5,7 @@
 
 namespace KestrinMIDI {
 
-/// Texts and data longer than this (bytes) are neither read nor written.
+/// Keys, texts and data longer than this (bytes) are neither read nor written.
 inline constexpr std::size_t kLongestValue = 1 << 20;
 /// No object has more properties of its own.
 inline constexpr std::size_t kMostProperties = 4096;

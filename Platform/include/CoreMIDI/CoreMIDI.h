@@ -135,7 +135,7 @@ OSStatus MIDIObjectGetDataProperty(MIDIObjectRef object, CFStringRef propertyID,
 // Changing a property replaces it, whatever its type was. It is kept for good when the call
 // returns. kMIDIPropertyUniqueID can be set to an integer that no other object has (else
 // kMIDIIDNotUnique) and not be removed; kMIDIPropertyOffline of a driver's device is not for
-// setting (kMIDINotPermitted). A string or data of more than 1 MiB is refused with
+// setting (kMIDINotPermitted). An ID, a string or data of more than 1 MiB is refused with
 // kMIDINotPermitted.
 
 OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef propertyID, SInt32 value);

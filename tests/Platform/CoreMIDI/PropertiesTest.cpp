@@ -37,6 +37,7 @@ TEST_F(PropertiesTest, AreKeptExactlyAcrossARestart) {
     SetText(fDevice, "full", longest);
     EXPECT_EQ(MIDIObjectSetStringProperty(fDevice, CFSTR("full"), tooLong.Get()),
               kMIDINotPermitted);
+    EXPECT_EQ(MIDIObjectSetIntegerProperty(fDevice, tooLong.Get(), 1), kMIDINotPermitted);
     MIDIRestart();
     EXPECT_EQ(StringOf(fDevice, CFSTR("text")), Utf8Of(text.Get()));
     EXPECT_EQ(StringOf(fDevice, CFSTR("")), "");
