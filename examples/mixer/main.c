@@ -78,6 +78,8 @@ static int DatabaseFails(void) {
 int main(void) {
     if (DatabaseFails())
         return 1;
+    /* What is read until the end is of one moment, whatever is plugged in or removed meanwhile. */
+    KestrinMIDIBeginReading();
     const ItemCount devices = MIDIGetNumberOfDevices(),
                     externals = MIDIGetNumberOfExternalDevices();
     Surface* surfaces = calloc(devices + externals + 1, sizeof *surfaces);
@@ -94,6 +96,7 @@ int main(void) {
             printf(", at %d:%d", (int)surfaces[i].client, (int)surfaces[i].port);
         putchar('\n');
     }
+    KestrinMIDIEndReading();
     free(surfaces);
     return 0;
 }

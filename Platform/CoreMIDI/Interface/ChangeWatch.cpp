@@ -98,7 +98,7 @@ void ChangeWatch::LookedWith(const Look& look) {
         epoll_ctl(fAll.Number(), EPOLL_CTL_DEL, look.sequencer, nullptr);
     else if (inotify_add_watch(fFolders.Number(), "/dev/snd", IN_CREATE | IN_ATTRIB) < 0)
         inotify_add_watch(fFolders.Number(), "/dev", IN_CREATE);
-    if ((!fIsWatching || !look.isUsable || look.isWriteDue) && fPause == milliseconds(0))
+    if ((!fIsWatching || !look.isUsable || look.isAgain) && fPause == milliseconds(0))
         LookAgainAfter(kBlindPause);
 }
 

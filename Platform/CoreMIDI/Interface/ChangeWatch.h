@@ -39,9 +39,9 @@ public:
 
     /// What a look met.
     struct Look {
-        bool isUsable;   ///< whether the database is
-        bool isWriteDue; ///< whether something could not be written and is to be tried again
-        int sequencer;   ///< the descriptor by which it tells of news; -1 while there is none
+        bool isUsable; ///< whether the database is
+        bool isAgain;  ///< whether something could not be written or seen and is to be tried again
+        int sequencer; ///< the descriptor by which it tells of news; -1 while there is none
     };
     void LookedWith(const Look& look);
 

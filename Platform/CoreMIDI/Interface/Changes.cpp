@@ -69,6 +69,20 @@ void KestrinMIDIAbandonChanges(void) {
     });
 }
 
+OSStatus KestrinMIDIBeginReading(void) {
+    return InSession(kMIDIUnknownError, [](ServiceSession& session) {
+        session.BeginReading();
+        return noErr;
+    });
+}
+
+void KestrinMIDIEndReading(void) {
+    InSession(false, [](ServiceSession& session) {
+        session.EndReading();
+        return true;
+    });
+}
+
 CFStringRef KestrinMIDICopyStatusText(OSStatus status) {
     return Guarded(nullptr,
                    [status] { return status == noErr ? nullptr : MakeString(StatusText(status)); });

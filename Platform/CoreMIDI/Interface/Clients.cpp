@@ -76,7 +76,8 @@ std::vector<Message> Client::TakeMessages() {
     ServiceSession session;
     session.LookForNews();
     const bool wasUsable = std::exchange(fIsUsable, session.File() != nullptr);
-    fWatch.LookedWith({fIsUsable, session.IsWriteDue(), session.SequencerDescriptor()});
+    const bool isAgain = session.IsWriteDue() || session.IsReading();
+    fWatch.LookedWith({fIsUsable, isAgain, session.SequencerDescriptor()});
     std::vector<Message> messages;
     // What can't be read is as it was, as far as anybody knows.
     if (fIsUsable) {

@@ -61,6 +61,7 @@ void Service::Close() {
         fChanges->status = kKestrinMIDIErrAbandoned;
         fChanges->transaction.reset();
     }
+    fReadings = 0; // what is opened next is another moment
     if (fDatabase)
         fDatabase->CloseCleanly();
     fDatabase.reset();
@@ -71,6 +72,7 @@ void Service::Close() {
 }
 
 void Service::LeaveToParent() {
+    fReadings = 0; // begun by threads that stay behind
     if (!fDatabase)
         return;
     if (fChanges && fChanges->transaction)
@@ -86,7 +88,7 @@ void Service::LeaveToParent() {
 }
 
 void Service::Refresh() {
-    if (fChanges) // nobody else can change anything now
+    if (fChanges || fReadings > 0) // nobody else can change anything, or it is not to be seen
         return;
     try {
         OpenOrReadAnew();
@@ -277,8 +279,8 @@ SequencerState ServiceSession::Sequencer() {
 }
 
 void ServiceSession::LookForNews() {
-    // A list that is walked while changes are made stays as it is.
-    if (IsChanging() || !IsWritable())
+    // A list that is walked during these stays as it is.
+    if (IsChanging() || IsReading() || !IsWritable())
         return;
     if (fService.fReader->HasChanged() || fService.fIsSnapshotDue)
         fService.TakeSnapshot();
@@ -289,7 +291,7 @@ OSStatus ServiceSession::Apply(const Change& change) {
 }
 
 bool ServiceSession::HasStored(MIDIObjectRef ref, PropertyKey key, const PropertyValue& value) {
-    if (IsChanging() || KeyTable::IsLive(key) || !IsWritable())
+    if (IsChanging() || IsReading() || KeyTable::IsLive(key) || !IsWritable())
         return false;
     const StoredObject* const object = Store().Find(ref);
     const PropertyValue* const present = object ? object->Own(key) : nullptr;
@@ -322,6 +324,16 @@ void ServiceSession::AbandonChanges() {
     if (fService.fChanges->status == noErr)
         fService.fChanges->status = kKestrinMIDIErrAbandoned;
     EndChanges();
+}
+
+void ServiceSession::BeginReading() {
+    LookForNews();
+    ++fService.fReadings;
+}
+
+void ServiceSession::EndReading() {
+    if (IsReading())
+        --fService.fReadings;
 }
 
 bool ServiceSession::IsWritable() {

@@ -84,6 +84,7 @@ private:
     std::vector<PluggedObject> fPlugged;
     std::set<const ChangeWatch*> fWatches;
     bool fIsSnapshotDue = false;            ///< what is plugged could not be written
+    int fReadings = 0;                      ///< begun and not ended
     std::unique_lock<std::mutex> fForkLock; ///< held while the process is forked
     bool fIsForked = false;
 };
@@ -111,13 +112,14 @@ public:
     int SequencerDescriptor() const { return fService.fReader->Descriptor(); }
 
     /// Takes a new snapshot where something was plugged or unplugged since the last one, and
-    /// notices a database file that another process replaced.
+    /// notices a database file that another process replaced. Nothing of it during a reading.
     void LookForNews();
     /// Whether what is plugged could not be written; the next LookForNews tries again.
     bool IsWriteDue() const { return fService.fIsSnapshotDue; }
 
     using Change = Service::Changing;
-    /// Whether the file has this value now. False while changes are made together.
+    /// Whether the file has this value now. False while changes are made together, or a reading
+    /// holds on to what was there before.
     bool HasStored(MIDIObjectRef ref, PropertyKey key, const PropertyValue& value);
     /// What `change` does comes into the file together or not at all. kMIDIServerStartErr where
     /// there is no database.
@@ -129,6 +131,11 @@ public:
     OSStatus EndChanges();
     void AbandonChanges();
     bool IsChanging() const { return fService.fChanges.has_value(); }
+
+    // Readings over several sessions, as <CoreMIDI/MIDIDatabase.h> tells.
+    void BeginReading();
+    void EndReading();
+    bool IsReading() const { return fService.fReadings > 0; }
 
 private:
     bool IsWritable();

@@ -68,6 +68,16 @@ OSStatus KestrinMIDIEndChanges(void);
 /// Ends what the same thread began last, and undoes all: also what stands around it.
 void KestrinMIDIAbandonChanges(void);
 
+// Reading what belongs together.
+
+/// Begins a reading: until its end all calls of this process answer as of now, whatever others
+/// change and whatever is plugged in or pulled out, so that no object is met twice or not at all
+/// while a list is walked; clients are told afterwards. Where this process changes something, what
+/// others changed before is seen from then on. It locks nothing, and fails only where memory ends:
+/// then nothing was begun and no end is due. Inside of another reading it joins that.
+OSStatus KestrinMIDIBeginReading(void);
+void KestrinMIDIEndReading(void);
+
 typedef struct {
     UInt32 objects;    ///< how many were saved
     UInt32 properties; ///< how many were saved

@@ -36,7 +36,9 @@ using ExceptionsTest = MidiTest;
 
 /// A little of everything, from the opening on.
 void UseTheService(MIDIDeviceRef known) {
+    KestrinMIDIBeginReading();
     MIDIGetNumberOfSources();
+    KestrinMIDIEndReading();
     MIDIDeviceRef device = 0;
     MIDIEntityRef entity = 0;
     CFStringRef text = nullptr;

@@ -2,6 +2,8 @@
 #include "tests/Platform/CoreMIDI/MidiTest.h"
 #include "tests/support/FullDisk.h"
 
+#include <CoreMIDI/MIDIReading.h>
+
 #include <poll.h>
 #include <unistd.h>
 
@@ -48,6 +50,13 @@ protected:
         return fHeard;
     }
 
+    void LookOftenerThanForNewsAlone() {
+        for (int looks = 0; looks < 12; ++looks) {
+            ASSERT_TRUE(IsReadable(KestrinMIDIClientGetDescriptor(fClient), kPatience));
+            KestrinMIDIClientDeliver(fClient);
+        }
+    }
+
     static std::string Changed(MIDIObjectRef object, const char* key) {
         return "changed " + std::to_string(object) + " " + key;
     }
@@ -66,15 +75,13 @@ private:
             self.fHeard.push_back("setup");
         else if (message->messageID == kMIDIMsgPropertyChanged)
             self.fHeard.push_back(
-                Changed(changed->object, TextOfKey(changed->propertyName).c_str()));
+                Changed(changed->object,
+                        TextOf(static_cast<CFStringRef>(CFRetain(changed->propertyName))).c_str()));
         else
             self.fHeard.push_back(
                 (message->messageID == kMIDIMsgObjectAdded ? "added " : "removed ") +
                 std::to_string(moved->child) + " of " + std::to_string(moved->parent));
         self.fMeanwhile();
-    }
-    static std::string TextOfKey(CFStringRef key) {
-        return TextOf(static_cast<CFStringRef>(CFRetain(key)));
     }
 };
 
@@ -137,6 +144,36 @@ TEST_F(NotificationsTest, AStormEndsWithTheLastStateAndThenThereIsSilence) {
                 Contains("added " + std::to_string(MIDIGetDevice(1)) + " of 0"));
 }
 
+TEST_F(NotificationsTest, WhatAReadingKeptFromBeingSeenIsToldAfterIt) {
+    const MIDIDeviceRef gone = AddInterface("Gone", 1);
+    const MIDIDeviceRef kept = AddInterface("Kept", 1);
+    SetNumber(kept, "count", 1);
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t other = Start([&] {
+        char begun = 0;
+        EXPECT_EQ(read(ends[0], &begun, 1), 1);
+        SetNumber(kept, "count", 2);
+        MIDISetupRemoveDevice(gone);
+    });
+    HearUntil("setup");
+    fHeard.clear();
+    {
+        const MIDIReading reading;
+        { const MIDIReading inside; }
+        EXPECT_TRUE(write(ends[1], "", 1) == 1 && End(other) == 0);
+        LookOftenerThanForNewsAlone();
+        PlugIn(SequencerWith({{0, ""}}));
+        KestrinMIDIClientDeliver(fClient);
+        EXPECT_THAT(fHeard, ElementsAre());
+        EXPECT_THAT(DeviceNames(), ElementsAre("Gone", "Kept"));
+        SetNumber(kept, "count", 1); // it isn't any more
+    }
+    EXPECT_THAT(HearUntil("setup"), Contains("removed " + std::to_string(gone) + " of 0"));
+    EXPECT_THAT(DeviceNames(), ElementsAre("Kept", "MCU Pro USB"));
+    EXPECT_EQ(Number(kept, "count"), 1);
+}
+
 TEST_F(NotificationsTest, ADamagedDatabaseChangesNothingUntilOneTakesItsPlace) {
     const MIDIDeviceRef device = AddInterface("Interface", 1);
     HearUntil("setup");
@@ -162,10 +199,7 @@ TEST_F(NotificationsTest, WhatAFullDiskKeptBackIsToldWhenThereIsRoom) {
     {
         const FullDisk disk(0);
         PlugIn(SequencerWith({{0, ""}}));
-        for (int looks = 0; looks < 12; ++looks) { // more than news alone cause
-            ASSERT_TRUE(IsReadable(KestrinMIDIClientGetDescriptor(fClient), kPatience));
-            KestrinMIDIClientDeliver(fClient);
-        }
+        LookOftenerThanForNewsAlone();
     }
     EXPECT_EQ(HearUntil("setup").size(), 5u);
 }
@@ -230,7 +264,7 @@ TEST(ChangeWatchTest, MakesOneLookAgainForAWhile) {
     for (int looks = 0; looks < 7; ++looks) {
         ASSERT_TRUE(IsReadable(watch.Number(), kPatience));
         watch.Rearm(folder / "objects.sqlite3");
-        watch.LookedWith({.isUsable = true, .isWriteDue = false, .sequencer = -1});
+        watch.LookedWith({.isUsable = true, .isAgain = false, .sequencer = -1});
     }
 }
 
