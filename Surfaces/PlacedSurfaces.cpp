@@ -6,6 +6,8 @@
 #include "Surfaces/SurfaceGroups.h"
 #include "Surfaces/SurfaceModels.h"
 
+#include <CoreMIDI/MIDIReading.h>
+
 #include <algorithm>
 #include <optional>
 #include <tuple>
@@ -64,6 +66,7 @@ void AddEndpoints(std::vector<PlacedSurface>& surfaces) {
 } // namespace
 
 std::vector<PlacedSurface> PlacedSurfaces() {
+    const MIDIReading reading;
     std::vector<PlacedSurface> surfaces;
     const ItemCount devices = MIDIGetNumberOfDevices();
     for (ItemCount i = 0; i < devices; ++i)

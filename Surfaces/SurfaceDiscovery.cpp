@@ -5,6 +5,8 @@
 #include "Surfaces/SurfaceGroups.h"
 #include "Surfaces/SurfaceModels.h"
 
+#include <CoreMIDI/MIDIReading.h>
+
 #include <algorithm>
 #include <cstring>
 #include <unordered_map>
@@ -141,6 +143,7 @@ void GetAvailableDevices(std::vector<MidiDevice>& list) {
 
 void ReadAvailableDevices(std::vector<MidiDevice>& list) {
     list.clear();
+    const MIDIReading reading;
     Scan scan(list);
     const ItemCount sources = MIDIGetNumberOfSources();
     for (ItemCount i = 0; i < sources; ++i)

@@ -2,6 +2,8 @@
 
 #include "tools/midisetup/Changes.h"
 
+#include <CoreMIDI/MIDIReading.h>
+
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
@@ -33,6 +35,20 @@ std::shared_ptr<Options> OptionsFor(CLI::App* command, Action& chosen, int (*run
     auto options = std::make_shared<Options>();
     command->callback(
         [&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+    return options;
+}
+
+/// The same for a command that tells what there is, all of it as of one moment.
+template <typename Options>
+std::shared_ptr<Options> OptionsForReading(CLI::App* command, Action& chosen,
+                                           int (*run)(const Options&)) {
+    auto options = std::make_shared<Options>();
+    command->callback([&chosen, options, run] {
+        chosen = [options, run] {
+            const MIDIReading reading;
+            return run(*options);
+        };
+    });
     return options;
 }
 

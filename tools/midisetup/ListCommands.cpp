@@ -159,12 +159,12 @@ int Surfaces(const ListOptions& options) {
 void AddListCommands(CLI::App& program, Action& chosen) {
     CLI::App* list =
         program.add_subcommand("list", Message("Show all devices, ports and cables as a tree"));
-    auto listOptions = OptionsFor(list, chosen, List);
+    auto listOptions = OptionsForReading(list, chosen, List);
     list->add_flag("--json", listOptions->asJson, Message("Print the document that export writes"));
 
     CLI::App* show =
         program.add_subcommand("show", Message("Show one object with all its properties"));
-    auto showOptions = OptionsFor(show, chosen, Show);
+    auto showOptions = OptionsForReading(show, chosen, Show);
     show->add_option("OBJECT", showOptions->object, Message("A unique ID or a name"))->required();
     show->add_flag("--json", showOptions->asJson, Message("Print JSON"));
 
@@ -175,7 +175,7 @@ void AddListCommands(CLI::App& program, Action& chosen) {
         surfaces,
         Message("Like the program itself, this stores the default settings (group 0, its unique ID "
                 "as\nposition) for every surface that has none yet; \"list\" stores nothing."));
-    auto surfacesOptions = OptionsFor(surfaces, chosen, Surfaces);
+    auto surfacesOptions = OptionsForReading(surfaces, chosen, Surfaces);
     surfaces->add_flag("--json", surfacesOptions->asJson, Message("Print JSON"));
 }
 

@@ -158,7 +158,7 @@ void AddMixerCommands(CLI::App& program, Action& chosen) {
         Message("Connects what a running JACK server shows, PipeWire's included; without one it "
                 "tells\nwhich port to choose in which row. The mixer is connected once: the "
                 "surface ports stay."));
-    auto options = OptionsFor(command, chosen, ConnectMixer);
+    auto options = OptionsForReading(command, chosen, ConnectMixer);
     command->add_option("MIXER", options->mixer, "ardour")
         ->required()
         ->check(CLI::IsMember({"ardour"}));

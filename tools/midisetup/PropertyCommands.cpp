@@ -136,7 +136,7 @@ void AddOptionsOnProperty(CLI::App* command, PropertyOptions& options) {
 void AddPropertyCommands(CLI::App& program, Action& chosen) {
     CLI::App* get =
         program.add_subcommand("get", Message("Print a property, the object's own or its owner's"));
-    AddOptionsOnProperty(get, *OptionsFor(get, chosen, Get));
+    AddOptionsOnProperty(get, *OptionsForReading(get, chosen, Get));
     CLI::App* unset = program.add_subcommand("unset", Message("Remove an object's own property"));
     AddOptionsOnProperty(unset, *OptionsForChange(unset, chosen, Unset));
 

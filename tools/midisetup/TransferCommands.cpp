@@ -121,6 +121,7 @@ void Apply(const Json& document, const std::optional<std::string>& shown) {
 
 /// Shows what would change, and answers it.
 std::string Show(const Json& document) {
+    const MIDIReading reading;
     const Studio studio = ReadStudio();
     const ObjectNames names(studio);
     const ImportPlan plan = PlanImport(document, studio, names);
@@ -149,7 +150,7 @@ int Import(const ImportOptions& options) {
 void AddTransferCommands(CLI::App& program, Action& chosen) {
     CLI::App* exporting = program.add_subcommand(
         "export", Message("Write all devices, ports, cables and settings as one JSON document"));
-    auto exportOptions = OptionsFor(exporting, chosen, Export);
+    auto exportOptions = OptionsForReading(exporting, chosen, Export);
     CLI::Option* file =
         exporting
             ->add_option("FILE", exportOptions->file, Message("Where to; - is standard output"))

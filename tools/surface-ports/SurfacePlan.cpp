@@ -3,7 +3,7 @@
 #include "Surfaces/MidiObject.h"
 #include "Surfaces/PlacedSurfaces.h"
 
-#include <CoreMIDI/MIDIDatabase.h>
+#include <CoreMIDI/MIDIReading.h>
 
 namespace SurfacePorts {
 
@@ -22,6 +22,8 @@ bool IsDatabaseReady() {
 } // namespace
 
 std::optional<Plan> ReadPlan() {
+    // A unit that is not met for a moment would lose its port, and with it its mixer.
+    const MIDIReading reading;
     Plan plan;
     for (const PlacedSurface& surface : PlacedSurfaces()) {
         if (plan.empty() || plan.back().number != surface.group)
@@ -29,7 +31,6 @@ std::optional<Plan> ReadPlan() {
         plan.back().units.push_back({surface.uniqueID, surface.name, AddressOf(surface.source),
                                      AddressOf(surface.destination)});
     }
-    // Asked last: where it went while it was read, all seemed to be gone.
     return IsDatabaseReady() ? std::optional(std::move(plan)) : std::nullopt;
 }
 
