@@ -29,39 +29,39 @@ void AddPortsCommand(CLI::App& program, Action& chosen);
 /// Adds what the help of `command` alone tells, above the footer that all commands share.
 void Explain(CLI::App* command, const std::string& details);
 
-/// Makes `run` what `command` does. The options that it is given live as long as the command.
-template <typename Options>
-std::shared_ptr<Options> OptionsFor(CLI::App* command, Action& chosen, int (*run)(const Options&)) {
+/// Makes `run`, which takes the options, what `command` does. The options live as long as the
+/// command.
+template <typename Options, typename Run>
+std::shared_ptr<Options> OptionsOf(CLI::App* command, Action& chosen, Run run) {
     auto options = std::make_shared<Options>();
     command->callback(
         [&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
     return options;
 }
 
-/// The same for a command that tells what there is, all of it as of one moment.
+template <typename Options>
+std::shared_ptr<Options> OptionsFor(CLI::App* command, Action& chosen, int (*run)(const Options&)) {
+    return OptionsOf<Options>(command, chosen, run);
+}
+
+/// For a command that tells what there is, all of it as of one moment.
 template <typename Options>
 std::shared_ptr<Options> OptionsForReading(CLI::App* command, Action& chosen,
                                            int (*run)(const Options&)) {
-    auto options = std::make_shared<Options>();
-    command->callback([&chosen, options, run] {
-        chosen = [options, run] {
-            const MIDIReading reading;
-            return run(*options);
-        };
+    return OptionsOf<Options>(command, chosen, [run](const Options& options) {
+        const MIDIReading reading;
+        return run(options);
     });
-    return options;
 }
 
-/// The same for a command that changes something. All that `run` reads and changes is one change;
-/// it answers what to print when that is stored.
+/// For a command that changes something. All that `run` reads and changes is one change; it answers
+/// what to print when that is stored.
 template <typename Options>
 std::shared_ptr<Options> OptionsForChange(CLI::App* command, Action& chosen,
                                           std::string (*run)(const Options&)) {
-    auto options = std::make_shared<Options>();
-    command->callback([&chosen, options, run] {
-        chosen = [options, run] { return InOneChange([&] { return run(*options); }); };
+    return OptionsOf<Options>(command, chosen, [run](const Options& options) {
+        return InOneChange([&] { return run(options); });
     });
-    return options;
 }
 
 } // namespace MidiSetup

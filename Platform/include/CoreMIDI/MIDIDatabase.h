@@ -76,6 +76,8 @@ void KestrinMIDIAbandonChanges(void);
 /// others changed before is seen from then on. It locks nothing, and fails only where memory ends:
 /// then nothing was begun and no end is due. Inside of another reading it joins that.
 OSStatus KestrinMIDIBeginReading(void);
+/// Ends what was begun last, by whatever thread. It does nothing where nothing is begun, or after a
+/// restart, which ends all readings.
 void KestrinMIDIEndReading(void);
 
 typedef struct {
